@@ -1,0 +1,8 @@
+#include "platform/core/COrvelDefinedVariant.h"
+
+namespace Orvel
+{
+
+COrvelVariant::~COrvelVariant() = default;
+
+} // namespace Orvel

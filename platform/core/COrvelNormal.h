@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/core/COrvel3DVertex.h"
+
+namespace Orvel
+{
+
+/// An axis: a base point and a direction of any length, zero included.
+class COrvelNormal
+{
+public:
+    COrvelNormal() = default;
+    COrvelNormal(const COrvel3DVertex& basePoint, const COrvel3DVertex& axis)
+        : point(basePoint)
+        , direction(axis)
+    {}
+
+    [[nodiscard]] const COrvel3DVertex& Point() const { return point; }
+    [[nodiscard]] const COrvel3DVertex& Direction() const { return direction; }
+    void SetPoint(const COrvel3DVertex& value) { point = value; }
+    void SetDirection(const COrvel3DVertex& value) { direction = value; }
+
+    [[nodiscard]] bool operator==(const COrvelNormal&) const = default;
+
+private:
+    COrvel3DVertex point;
+    COrvel3DVertex direction;
+};
+
+} // namespace Orvel

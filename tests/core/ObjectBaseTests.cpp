@@ -1,0 +1,253 @@
+#include "platform/core/COrvelDataMembersManager.h"
+#include "platform/core/COrvelDocumentsContainer.h"
+#include "platform/core/COrvelMessageManager.h"
+#include "platform/core/COrvelNodeVisitor.h"
+#include "platform/core/COrvelPtr.h"
+#include "platform/core/COrvelWriter.h"
+#include "tests/core/ByteArchive.h"
+#include "tests/support/VirtualFunctionSlot.h"
+
+#include <gmock/gmock.h>
+
+namespace Orvel
+{
+
+namespace
+{
+
+using testing::ElementsAre;
+
+#ifdef ORVEL_TESTS_SEE_VIRTUAL_SLOTS
+
+TEST(VirtualFunctions, StandInThePromisedOrder)
+{
+    using Base = COrvelDataMembersManager;
+    EXPECT_EQ(Slot(&COrvelArchivable::ArchiveReadWrite), 1);
+    EXPECT_EQ(Slot(&COrvelArchivable::ReadFromArchive), 2);
+    EXPECT_EQ(Slot(&COrvelArchivable::WriteIntoArchive), 3);
+    EXPECT_EQ(Slot(&COrvelObject::MakeCopy), 4);
+    EXPECT_EQ(Slot(&COrvelObject::RestoreFromCopy), 5);
+    EXPECT_EQ(Slot(static_cast<COrvelString& (Base::*)()>(&Base::Name)), 6);
+    EXPECT_EQ(Slot(&Base::SetName), 7);
+    EXPECT_EQ(Slot(&Base::DisplayName), 8);
+    EXPECT_EQ(Slot(&Base::SetDisplayName), 9);
+    EXPECT_EQ(Slot(&Base::DataMemberSearch), 10);
+    EXPECT_EQ(Slot(&Base::CreateValue), 11);
+    EXPECT_EQ(Slot(&Base::ReadFromArchive), 2) << "overrides take no slot of their own";
+
+    EXPECT_EQ(TableEntry(&COrvelNodeVisitor::VisitSceneNode), 0) << "no virtual destructor before it";
+    EXPECT_EQ(TableEntry(&COrvelNodeVisitor::TraverseDocument), 1);
+    EXPECT_EQ(TableEntry(&COrvelNodeVisitor::Traverse), 2);
+    EXPECT_EQ(Slot(&COrvelWriter::Export), 1);
+    EXPECT_EQ(Slot(&COrvelWriter::ExportSceneNode), 2);
+}
+
+#endif
+
+class Counted : public COrvelDataMembersManager
+{
+public:
+    explicit Counted(int& newDestroyed)
+        : destroyed(&newDestroyed)
+    {}
+    Counted(const Counted&) = default;
+    Counted& operator=(const Counted&) = default;
+    ~Counted() override { ++*destroyed; }
+
+private:
+    int* destroyed;
+};
+
+TEST(References, CountHoldersOfOneObject)
+{
+    int destroyed = 0;
+    Counted* const object = new Counted(destroyed);
+    EXPECT_EQ(object->ReferenceCount(), 0);
+    {
+        COrvelPtr<Counted> first(object);
+        EXPECT_EQ(object->ReferenceCount(), 1);
+        const COrvelPtr<COrvelDataMembersManager> asBase = first;
+        const COrvelPtr<Counted> copy = first;
+        EXPECT_EQ(object->ReferenceCount(), 3);
+        const COrvelPtr<Counted>& itself = first;
+        first = itself;
+        EXPECT_EQ(object->ReferenceCount(), 3);
+        const COrvelPtr<Counted> moved = std::move(first);
+        EXPECT_EQ(object->ReferenceCount(), 3);
+        EXPECT_TRUE(moved == asBase);
+        EXPECT_FALSE(COrvelPtr<Counted>());
+
+        Counted copied(*object);
+        EXPECT_EQ(copied.ReferenceCount(), 0) << "nobody holds the copy yet";
+        copied = *object;
+        EXPECT_EQ(copied.ReferenceCount(), 0);
+        *object = copied;
+        EXPECT_EQ(object->ReferenceCount(), 3);
+    }
+    EXPECT_EQ(destroyed, 2) << "the object and the copy of it";
+}
+
+TEST(References, HoldTheNewObjectBeforeTheOldOneGoes)
+{
+    // The old object owns the new one's last other holder.
+    class Link : public COrvelReferenced
+    {
+    public:
+        COrvelPtr<Link> next;
+    };
+    COrvelPtr<Link> head(new Link);
+    head->next = new Link;
+    Link* const second = head->next.Get();
+    head = head->next;
+    EXPECT_EQ(head.Get(), second);
+    EXPECT_EQ(second->ReferenceCount(), 1);
+}
+
+TEST(DataMembers, PublishTheName)
+{
+    COrvelDataMembersManager manager;
+    manager.SetName("old");
+    EXPECT_EQ(manager.DisplayName(), "old");
+    manager.SetDisplayName("shown");
+    EXPECT_EQ(manager.DisplayName(), "shown");
+
+    int type = -7;
+    COrvelString label = "poison";
+    EXPECT_EQ(manager.DataMemberSearch(COrvelDataMembersManager::countCommand, type, label, false), nullptr);
+    EXPECT_EQ(type, 1);
+    type = -7;
+    EXPECT_EQ(manager.DataMemberSearch(1, type, label, false), nullptr);
+    EXPECT_EQ(type, -7);
+    EXPECT_EQ(label, "poison");
+    void* const place = manager.DataMemberSearch(0, type, label, false);
+    ASSERT_EQ(place, &manager.Name());
+    EXPECT_EQ(type, COrvelDataMembersManager::eDataMemberType_Text);
+    EXPECT_EQ(label, "Name");
+    *static_cast<COrvelString*>(place) = "new";
+    EXPECT_EQ(manager.DataMemberSearch(0, type, label, true), place);
+    EXPECT_EQ(manager.Name(), "new");
+}
+
+TEST(DataMembers, AreArchivedThroughTheBasePart)
+{
+    COrvelDataMembersManager written;
+    written.SetName("größe");
+    written.SetDisplayName("中");
+    ByteArchive archive;
+    ASSERT_TRUE(written.COrvelArchivable::ArchiveReadWrite(archive));
+    const std::size_t length = archive.Length();
+    archive.StartReading();
+    COrvelDataMembersManager read;
+    ASSERT_TRUE(read.COrvelArchivable::ArchiveReadWrite(archive));
+    EXPECT_TRUE(archive.IsAtEnd());
+    EXPECT_EQ(read.Name(), "größe");
+    EXPECT_EQ(read.DisplayName(), "中");
+    for (std::size_t cut = length; cut-- > 0;) {
+        archive.StartReading(cut);
+        EXPECT_FALSE(COrvelDataMembersManager().ArchiveReadWrite(archive)) << cut;
+    }
+}
+
+class Receiver final : public COrvelMessageReceiver
+{
+public:
+    Receiver(std::vector<int>& newCalls, int newNumber)
+        : calls(newCalls)
+        , number(newNumber)
+    {
+        COrvelMessageManager::Instance()->RegisterReceiver(this);
+    }
+    Receiver(const Receiver&) = delete;
+    Receiver& operator=(const Receiver&) = delete;
+    ~Receiver() { COrvelMessageManager::Instance()->RemoveReceiver(this); }
+
+    void ReceiveMessage(COrvelMessage& message, const COrvelString& origin) override
+    {
+        calls.push_back(number);
+        lastOrigin = origin;
+        lastCount = message.Count();
+        for (COrvelMessageReceiver* const receiver : removes)
+            COrvelMessageManager::Instance()->RemoveReceiver(receiver);
+    }
+
+    std::vector<COrvelMessageReceiver*> removes;
+    COrvelString lastOrigin;
+    std::size_t lastCount = 0;
+
+private:
+    std::vector<int>& calls;
+    int number;
+};
+
+TEST(Messages, ReachReceiversInOrderWithinTheCall)
+{
+    COrvelMessage message("type");
+    COrvelMessageManager::Instance()->DistributeMessage(message, "nobody listens");
+
+    std::vector<int> calls;
+    Receiver first(calls, 1);
+    Receiver second(calls, 2);
+    Receiver third(calls, 3);
+    COrvelMessageManager::Instance()->RegisterReceiver(&first);
+    first.removes = {&first, &second};
+    message.AddValue("value", 1.5);
+    COrvelMessageManager::Instance()->DistributeMessage(message, "here");
+    EXPECT_THAT(calls, ElementsAre(1, 3)) << "the second was removed before its turn";
+    EXPECT_EQ(third.lastOrigin, "here");
+    EXPECT_EQ(third.lastCount, 1u);
+    COrvelMessageManager::Instance()->DistributeMessage(message, "again");
+    EXPECT_THAT(calls, ElementsAre(1, 3, 3));
+}
+
+TEST(Messages, KeepTheirValuesInOrder)
+{
+    COrvelMessage message("eMessageType_TEST");
+    message.AddValue("list", std::vector<int>{2, 3, 5});
+    message.AddValue("caption", COrvelString("größe"));
+    message.AddValue("repeat", 2.5);
+    message.AddValue("blend", true);
+    const COrvelMessage copy = message;
+    ASSERT_EQ(copy.Count(), 4u);
+    EXPECT_EQ(copy.Type(), "eMessageType_TEST");
+    EXPECT_EQ(copy.Value(0).Name(), "list");
+    EXPECT_EQ(copy.Value(3).Name(), "blend");
+    ASSERT_NE(copy.Find<std::vector<int>>("list"), nullptr);
+    EXPECT_THAT(*copy.Find<std::vector<int>>("list"), ElementsAre(2, 3, 5));
+    EXPECT_EQ(*copy.Find<COrvelString>("caption"), "größe");
+    EXPECT_EQ(copy.Find<int>("repeat"), nullptr) << "of another type";
+    EXPECT_EQ(*copy.Find<double>("repeat"), 2.5);
+    EXPECT_EQ(copy.Find<bool>("none"), nullptr);
+}
+
+TEST(DocumentsContainer, RemembersWhatALoadReplaced)
+{
+    COrvelDocumentsContainer* const container = COrvelDocumentsContainer::DocumentsContainer();
+    EXPECT_EQ(container->LastReadDocumentVersion(), COrvelArchiveBase::newestVersion);
+    COrvelUUID old;
+    COrvelUUID fresh;
+    old.Generate();
+    fresh.Generate();
+    const COrvelID oldId(64, 1000001);
+    const COrvelID newId(64, 1000002);
+    EXPECT_FALSE(container->ReplacedUUID(old).IsValid());
+    EXPECT_EQ(container->TranslatedID(oldId), oldId);
+    EXPECT_TRUE(container->GetLinePathIDFor(17).IsDefault());
+
+    container->AddReplacedUUID(old, fresh);
+    container->AddTranslatedID(oldId, newId);
+    container->AddLinePathID(17, newId);
+    container->SetLastReadDocumentVersion(12000);
+    EXPECT_EQ(container->ReplacedUUID(old), fresh);
+    EXPECT_EQ(container->TranslatedID(oldId), newId);
+    EXPECT_EQ(container->GetLinePathIDFor(17), newId);
+    EXPECT_EQ(container->LastReadDocumentVersion(), 12000);
+
+    container->ClearReplacements();
+    EXPECT_FALSE(container->ReplacedUUID(old).IsValid());
+    EXPECT_EQ(container->TranslatedID(oldId), oldId);
+    container->SetLastReadDocumentVersion(COrvelArchiveBase::newestVersion);
+}
+
+} // namespace
+
+} // namespace Orvel

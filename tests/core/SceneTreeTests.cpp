@@ -1,0 +1,323 @@
+#include "platform/core/COrvel3DObject.h"
+#include "platform/core/COrvelDocument.h"
+#include "platform/core/COrvelLightSource.h"
+#include "platform/core/COrvelNodeVisitor.h"
+#include "platform/core/COrvelSceneNode.h"
+#include "platform/core/COrvelSkeletonJoint.h"
+#include "platform/core/COrvelTransform.h"
+
+#include <gmock/gmock.h>
+
+namespace Orvel
+{
+
+namespace
+{
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// root - left - leaf
+///      - right
+class SceneTree : public testing::Test
+{
+protected:
+    SceneTree()
+    {
+        document.AddRootNode(root);
+        root->AddChild(left);
+        root->AddChild(right);
+        left->AddChild(leaf);
+    }
+
+    std::vector<COrvelSceneNode*> ChildrenOf(const COrvelSceneNode* node, bool includeDeleted = true)
+    {
+        node->Children(listed, includeDeleted);
+        return listed;
+    }
+
+    std::vector<COrvelSceneNode*> Roots()
+    {
+        document.ListRootSceneNodes(listed);
+        return listed;
+    }
+
+    COrvelDocument document;
+    COrvelSceneNode* const root = COrvelSceneNode::Create(&document, "root");
+    COrvelSceneNode* const left = COrvelSceneNode::Create(&document, "left");
+    COrvelSceneNode* const right = COrvelSceneNode::Create(&document, "right");
+    COrvelSceneNode* const leaf = COrvelSceneNode::Create(&document, "leaf");
+    /// Shared by all listings: each must replace what the one before it left.
+    std::vector<COrvelSceneNode*> listed{nullptr, nullptr};
+};
+
+TEST_F(SceneTree, ListsChildrenInOrderWithOrWithoutDeletedOnes)
+{
+    EXPECT_THAT(ChildrenOf(root), ElementsAre(left, right));
+    left->SetDeleted(true);
+    EXPECT_THAT(ChildrenOf(root, true), ElementsAre(left, right));
+    EXPECT_THAT(ChildrenOf(root, false), ElementsAre(right));
+    EXPECT_THAT(ChildrenOf(leaf), IsEmpty());
+}
+
+TEST_F(SceneTree, ListsRootsInOrderDeletedOnesIncluded)
+{
+    COrvelSceneNode* const second = COrvelSceneNode::Create(&document);
+    EXPECT_TRUE(document.AddRootNode(second));
+    EXPECT_TRUE(document.AddRootNode(root)) << "a root keeps its place";
+    root->SetDeleted(true);
+    EXPECT_THAT(Roots(), ElementsAre(root, second));
+    EXPECT_TRUE(document.RemoveRootNode(root));
+    EXPECT_FALSE(document.RemoveRootNode(root));
+    EXPECT_FALSE(document.AddRootNode(nullptr));
+    EXPECT_THAT(Roots(), ElementsAre(second));
+}
+
+TEST_F(SceneTree, RefusesCyclesAndNull)
+{
+    EXPECT_FALSE(root->AddChild(root));
+    EXPECT_FALSE(leaf->AddChild(leaf));
+    EXPECT_FALSE(left->AddChild(root));
+    EXPECT_FALSE(leaf->AddChild(left));
+    EXPECT_FALSE(leaf->AddChild(root));
+    EXPECT_FALSE(root->AddChild(nullptr));
+    EXPECT_THAT(ChildrenOf(root), ElementsAre(left, right));
+    EXPECT_THAT(Roots(), ElementsAre(root));
+    EXPECT_EQ(left->Parent(), root);
+}
+
+TEST_F(SceneTree, MovesNodesBetweenParentsAndRoots)
+{
+    EXPECT_TRUE(right->AddChild(left));
+    EXPECT_THAT(ChildrenOf(root), ElementsAre(right));
+    EXPECT_EQ(leaf->NodePathToRoot(true), COrvelNodePath({root, right, left, leaf}));
+
+    EXPECT_TRUE(document.AddRootNode(left));
+    EXPECT_THAT(ChildrenOf(right), IsEmpty());
+    EXPECT_THAT(Roots(), ElementsAre(root, left));
+
+    EXPECT_TRUE(left->AddChild(root));
+    EXPECT_THAT(Roots(), ElementsAre(left)) << "a child is no root any more";
+    EXPECT_FALSE(root->RemoveChild(leaf)) << "a grandchild's child";
+    EXPECT_TRUE(left->RemoveChild(leaf));
+    EXPECT_EQ(leaf->Parent(), nullptr);
+    EXPECT_THAT(ChildrenOf(left), ElementsAre(root));
+}
+
+TEST_F(SceneTree, KnowsAncestors)
+{
+    EXPECT_TRUE(leaf->IsChildOf(root, false));
+    EXPECT_TRUE(leaf->IsChildOf(left, false));
+    EXPECT_FALSE(leaf->IsChildOf(right, true));
+    EXPECT_FALSE(leaf->IsChildOf(leaf, false));
+    EXPECT_TRUE(leaf->IsChildOf(leaf, true));
+    EXPECT_FALSE(root->IsChildOf(leaf, true));
+    EXPECT_FALSE(root->IsChildOf(nullptr, true));
+}
+
+TEST_F(SceneTree, WorldMatrixIsTheProductAlongTheRootFirstPath)
+{
+    // Shifts alone would not notice a wrong order: the root is turned a quarter about z.
+    COrvelMatrix turned;
+    turned.DefineByRotation(1.5707963267948966, 0, 0, 1);
+    root->SetLocalMatrix(COrvelMatrix::CreateTranslation({5, 0, 0}) * turned);
+    left->SetLocalMatrix(COrvelMatrix::CreateTranslation({1, 0, 0}));
+    leaf->SetLocalMatrix(COrvelMatrix::CreateScalling({2, 3, 5}));
+
+    const COrvel3DVertex origin = left->LocalToWorldMatrix().Translation();
+    EXPECT_NEAR(origin.X(), 5, 1e-15);
+    EXPECT_NEAR(origin.Y(), 1, 1e-15);
+    const COrvel3DVertex point = leaf->LocalToWorldMatrix() * COrvel3DVertex(7, 11, 13);
+    EXPECT_NEAR(point.X(), 5 - 33, 1e-14);
+    EXPECT_NEAR(point.Y(), 1 + 14, 1e-14);
+    EXPECT_NEAR(point.Z(), 65, 1e-14);
+
+    const COrvelNodePath path = leaf->NodePathToRoot(true);
+    COrvelMatrix product;
+    for (const COrvelSceneNode* const node : path)
+        product *= node->LocalMatrix();
+    EXPECT_EQ(leaf->LocalToWorldMatrix(), product);
+    EXPECT_EQ(right->LocalToWorldMatrix(), root->LocalMatrix()) << "a node without a transform";
+}
+
+TEST_F(SceneTree, PathsRunFromTheRoot)
+{
+    EXPECT_EQ(leaf->NodePathToRoot(true), COrvelNodePath({root, left, leaf}));
+    EXPECT_EQ(leaf->NodePathToRoot(true).SceneNode(), leaf);
+    COrvelNodePath path({right});
+    leaf->NodePathToRoot(path, false);
+    EXPECT_EQ(path, COrvelNodePath({root, left}));
+    root->NodePathToRoot(path, false);
+    EXPECT_TRUE(path.IsEmpty());
+    EXPECT_EQ(path.SceneNode(), nullptr);
+}
+
+TEST_F(SceneTree, NearestCommonParentIsTheLongestCommonBeginning)
+{
+    const auto common = [](std::vector<COrvelSceneNode*> nodes) {
+        std::vector<COrvelNodePath> paths;
+        for (COrvelSceneNode* const node : nodes)
+            paths.push_back(node->NodePathToRoot(true));
+        return COrvelSceneNode::NearestCommonParent(paths);
+    };
+    COrvelSceneNode* const sibling = COrvelSceneNode::Create(&document);
+    left->AddChild(sibling);
+    COrvelSceneNode* const elsewhere = COrvelSceneNode::Create(&document);
+    document.AddRootNode(elsewhere);
+
+    EXPECT_EQ(common({leaf, sibling}), COrvelNodePath({root, left}));
+    EXPECT_EQ(common({leaf, left}), COrvelNodePath({root, left})) << "a node and its own descendant";
+    EXPECT_EQ(common({leaf}), COrvelNodePath({root, left, leaf}));
+    EXPECT_EQ(common({leaf, sibling, right}), COrvelNodePath({root}));
+    EXPECT_TRUE(common({leaf, elsewhere}).IsEmpty());
+    EXPECT_TRUE(common({}).IsEmpty());
+}
+
+TEST_F(SceneTree, SelectedTreesAreTheLowerEndsOfThePaths)
+{
+    const std::vector<COrvelNodePath> paths = {left->NodePathToRoot(true), COrvelNodePath(),
+                                               right->NodePathToRoot(true)};
+    right->Hide();
+    COrvelSceneNode::ListAllSelectedSceneTrees(paths, listed, false, true);
+    EXPECT_THAT(listed, ElementsAre(left));
+    COrvelSceneNode::ListAllSelectedSceneTrees(paths, listed, true, true);
+    EXPECT_THAT(listed, ElementsAre(left, right));
+    COrvelSceneNode::ListAllSelectedSceneTrees(paths, listed, true, false);
+    EXPECT_THAT(listed, ElementsAre(left, leaf, right));
+}
+
+TEST_F(SceneTree, HiddenIsTheNodesOwnMark)
+{
+    left->Hide();
+    left->Hide();
+    EXPECT_TRUE(left->IsHidden());
+    EXPECT_FALSE(leaf->IsHidden());
+    left->UnHide();
+    EXPECT_FALSE(left->IsHidden());
+}
+
+TEST_F(SceneTree, JointsFindTheirSkeleton)
+{
+    COrvelSkeletonJoint* const hip = COrvelSkeletonJoint::Create(&document, "hip", eJointType_Root);
+    COrvelSkeletonJoint* const knee = COrvelSkeletonJoint::Create(&document, "knee");
+    COrvelSkeletonJoint* const stray = COrvelSkeletonJoint::Create(&document, "stray");
+    left->AddChild(hip);
+    hip->AddChild(knee);
+    knee->AddChild(leaf);
+    right->AddChild(stray);
+
+    EXPECT_EQ(leaf->GetNearestJointParent(), knee);
+    EXPECT_EQ(knee->GetNearestJointParent(), knee) << "a joint is its own nearest";
+    EXPECT_EQ(left->GetNearestJointParent(), nullptr);
+    EXPECT_EQ(knee->FindSkeletonRoot(), hip);
+    EXPECT_EQ(hip->FindSkeletonRoot(), hip);
+    EXPECT_EQ(stray->FindSkeletonRoot(), nullptr);
+    EXPECT_EQ(hip->GetJointType(), 1);
+}
+
+class RecordingVisitor final : public COrvelNodeVisitor
+{
+public:
+    bool VisitSceneNode(COrvelSceneNode* node) override
+    {
+        visited.push_back(node);
+        return !node->IsDeleted();
+    }
+
+    std::vector<COrvelSceneNode*> visited;
+};
+
+TEST_F(SceneTree, VisitorWalksDepthFirstAndLeavesOutOnlyTheSubtreeThatWasRefused)
+{
+    COrvelSceneNode* const second = COrvelSceneNode::Create(&document);
+    document.AddRootNode(second);
+    RecordingVisitor visitor;
+    visitor.TraverseDocument(&document);
+    EXPECT_THAT(visitor.visited, ElementsAre(root, left, leaf, right, second));
+
+    left->SetDeleted(true);
+    visitor.visited.clear();
+    visitor.TraverseDocument(&document);
+    EXPECT_THAT(visitor.visited, ElementsAre(root, left, right, second));
+
+    visitor.visited.clear();
+    visitor.Traverse(right, COrvelMatrix(), root);
+    EXPECT_THAT(visitor.visited, ElementsAre(right)) << "neither siblings nor anything above";
+    visitor.Traverse(nullptr, COrvelMatrix(), nullptr);
+    visitor.TraverseDocument(nullptr);
+    EXPECT_EQ(visitor.visited.size(), 1u);
+}
+
+class SharedTransform : public SceneTree
+{
+protected:
+    SharedTransform()
+    {
+        leaf->AddChild(object);
+        right->AddChild(deletedObject);
+        right->AddChild(source);
+        deletedObject->SetDeleted(true);
+    }
+
+    COrvel3DObject* const object = COrvel3DObject::Create(&document, "object");
+    COrvel3DObject* const deletedObject = COrvel3DObject::Create(&document, "deleted object");
+    COrvelLightSource* const source = COrvelLightSource::Create(&document, "source");
+    COrvelTransform* const transform = COrvelTransform::Create(&document, COrvelMatrix::CreateScalling({2, 3, 5}));
+    std::vector<COrvel3DObject*> objects{nullptr};
+};
+
+TEST_F(SharedTransform, KnowsItsNodesInTheOrderInWhichTheyTookIt)
+{
+    right->SetLocalTransform(transform);
+    left->SetLocalTransform(transform);
+    left->SetLocalTransform(transform);
+    transform->ListSceneNodesReferencingThisTransform(listed, true);
+    EXPECT_THAT(listed, ElementsAre(right, left));
+
+    right->SetDeleted(true);
+    transform->ListSceneNodesReferencingThisTransform(listed, false);
+    EXPECT_THAT(listed, ElementsAre(left));
+
+    right->SetLocalTransform(COrvelTransform::Create(&document));
+    transform->ListSceneNodesReferencingThisTransform(listed, true);
+    EXPECT_THAT(listed, ElementsAre(left));
+    left->SetLocalTransform(nullptr);
+    transform->ListSceneNodesReferencingThisTransform(listed, true);
+    EXPECT_THAT(listed, IsEmpty());
+    EXPECT_EQ(left->LocalMatrix(), COrvelMatrix());
+}
+
+TEST_F(SharedTransform, MovesAllItsNodes)
+{
+    right->SetLocalTransform(transform);
+    left->SetLocalTransform(transform);
+    const COrvelMatrix shifted = COrvelMatrix::CreateTranslation({7, 11, 13});
+    left->SetLocalMatrix(shifted);
+    EXPECT_EQ(right->LocalMatrix(), shifted);
+    EXPECT_EQ(transform->Matrix(), shifted);
+}
+
+TEST_F(SharedTransform, AffectsEveryObjectBelowItsNodesOnce)
+{
+    // The node that comes last stands above the first: its subtree holds the first one's.
+    leaf->SetLocalTransform(transform);
+    right->SetLocalTransform(transform);
+    root->SetLocalTransform(transform);
+    transform->ListAll3DObjectsThisTransformAffect(objects);
+    EXPECT_THAT(objects, ElementsAre(object, deletedObject));
+    transform->ListAllLightSourcesThisTransformAffect(listed);
+    EXPECT_THAT(listed, ElementsAre(source));
+
+    root->SetLocalTransform(nullptr);
+    right->SetLocalTransform(nullptr);
+    leaf->SetLocalTransform(nullptr);
+    object->SetLocalTransform(transform);
+    transform->ListAll3DObjectsThisTransformAffect(objects);
+    EXPECT_THAT(objects, ElementsAre(object)) << "the node itself counts, its surroundings do not";
+    transform->ListAllLightSourcesThisTransformAffect(listed);
+    EXPECT_THAT(listed, IsEmpty());
+}
+
+} // namespace
+
+} // namespace Orvel

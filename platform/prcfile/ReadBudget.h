@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+
+namespace prc
+{
+
+/// What a reader may still take up.
+class ReadBudget
+{
+public:
+    explicit ReadBudget(std::uint64_t bytes)
+        : left(bytes)
+    {}
+
+    /// @return false when there is not so much left; nothing is taken then.
+    [[nodiscard]] bool take(std::uint64_t bytes)
+    {
+        if (bytes > left)
+            return false;
+        left -= bytes;
+        return true;
+    }
+
+    [[nodiscard]] std::uint64_t rest() const { return left; }
+
+private:
+    std::uint64_t left;
+};
+
+} // namespace prc

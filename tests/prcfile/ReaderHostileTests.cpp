@@ -1,0 +1,344 @@
+#include "platform/prcfile/PRCPicture.h"
+#include "platform/prcfile/PRCReader.h"
+#include "platform/prcfile/PRCScene.h"
+#include "tests/prcfile/HandMadeFile.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <libdeflate.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <limits>
+#include <memory>
+
+/// Files that lie. Whatever stands in them, reading ends soon, takes little, and says what is wrong.
+namespace
+{
+
+namespace Model = prc::Model;
+using namespace prc::Test;
+using prc::EntityType;
+using prc::nullIndex;
+using prc::Section;
+using prc::SectionWriter;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+using Bytes = std::vector<std::uint8_t>;
+
+Bytes Example(const char* name)
+{
+    std::ifstream stream(std::filesystem::path(ORVEL_TEST_DATA) / "prc" / name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// Limits that fit small files: what a lie asks for in vain shows soon.
+constexpr prc::ReadLimits smallLimits{.unpackedBytes = 1 << 20, .decodedBytes = 1 << 24, .fileStructures = 100};
+
+/// Reads, and uses everything that was read as a caller would.
+Model::PRCModel ReadAndUse(const Bytes& file)
+{
+    Model::PRCModel model = prc::readPRC(file, smallLimits);
+    const Model::PlacedScene scene = Model::placeScene(model, {.occurrences = 2000, .items = 2000});
+    for (const Model::PlacedItem& item : scene.items) {
+        const Model::RepresentationItem& stored = model.structures[item.structure].parts[item.part].items[item.item];
+        if (stored.tessellation != nullIndex) {
+            EXPECT_LT(stored.tessellation, model.structures[item.structure].tessellations.size());
+        }
+    }
+    for (const Model::FileStructure& structure : model.structures) {
+        for (const Model::Tessellation& tessellation : structure.tessellations) {
+            Model::TriangleCorners corners;
+            for (const Model::Face& face : tessellation.faces)
+                Model::appendTriangles(tessellation, face, corners);
+            for (const std::uint32_t point : corners.points)
+                EXPECT_LT(point, tessellation.pointCount());
+        }
+        for (std::uint32_t style = 0; style < structure.globals.styles.size(); ++style)
+            EXPECT_LE(Model::appearanceOf(structure.globals, style).alpha, std::numeric_limits<double>::max());
+        for (std::uint32_t picture = 0; picture < structure.globals.pictures.size(); ++picture)
+            EXPECT_LE(Model::decodePicture(structure, picture, 1 << 20).pixels.size(), 1U << 20);
+    }
+    return model;
+}
+
+/// Unpacks the sections of an example and packs them again around a change.
+class Sections
+{
+public:
+    explicit Sections(const char* name)
+        : file(Example(name))
+    {
+        const Model::PRCModel model = prc::readPRC(file);
+        summaries.assign(model.structures[0].sections.begin() + 1, model.structures[0].sections.end());
+        summaries.push_back(model.modelFile);
+        for (const Model::SectionSummary& summary : summaries)
+            unpacked.push_back(Unpack(summary));
+        head.assign(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(summaries[0].offset));
+    }
+
+    [[nodiscard]] Bytes Pack() const
+    {
+        Bytes packed = head;
+        constexpr std::size_t firstOffset = 75; // of the globals; the model file's and the end follow the others
+        for (std::size_t section = 0; section < unpacked.size(); ++section) {
+            PutNumber(packed, firstOffset + 4 * section, packed.size());
+            const Bytes stream = Compress(unpacked[section]);
+            packed.insert(packed.end(), stream.begin(), stream.end());
+        }
+        PutNumber(packed, firstOffset + 4 * unpacked.size(), packed.size());
+        return packed;
+    }
+
+    std::vector<Bytes> unpacked; ///< globals, tree, tessellation, geometry, extra geometry, model file.
+
+private:
+    static void PutNumber(Bytes& bytes, std::size_t at, std::size_t number)
+    {
+        for (std::size_t byte = 0; byte < 4; ++byte)
+            bytes[at + byte] = static_cast<std::uint8_t>(number >> (8 * byte));
+    }
+
+    [[nodiscard]] Bytes Unpack(const Model::SectionSummary& summary) const
+    {
+        const std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_free_decompressor)> decompressor(
+            libdeflate_alloc_decompressor(), libdeflate_free_decompressor);
+        Bytes bytes(summary.unpackedBytes);
+        EXPECT_EQ(libdeflate_zlib_decompress(decompressor.get(), file.data() + summary.offset, summary.storedBytes,
+                                             bytes.data(), bytes.size(), nullptr),
+                  LIBDEFLATE_SUCCESS);
+        return bytes;
+    }
+
+    static Bytes Compress(const Bytes& bytes)
+    {
+        const std::unique_ptr<libdeflate_compressor, decltype(&libdeflate_free_compressor)> compressor(
+            libdeflate_alloc_compressor(1), libdeflate_free_compressor);
+        Bytes stream(libdeflate_zlib_compress_bound(compressor.get(), bytes.size()));
+        stream.resize(
+            libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(), stream.data(), stream.size()));
+        return stream;
+    }
+
+    Bytes file;
+    Bytes head;
+    std::vector<Model::SectionSummary> summaries;
+};
+
+class DamagedFiles : public testing::TestWithParam<const char*>
+{};
+
+TEST_P(DamagedFiles, CutAtEveryLength)
+{
+    const Bytes file = Example(GetParam());
+    for (std::size_t length = 0; length < file.size(); ++length) {
+        const Model::PRCModel model =
+            ReadAndUse(Bytes(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(length)));
+        EXPECT_TRUE(model.hasErrors()) << length;
+    }
+}
+
+TEST_P(DamagedFiles, WithEachByteSpoilt)
+{
+    Bytes file = Example(GetParam());
+    for (std::uint8_t& byte : file) {
+        const std::uint8_t kept = byte;
+        for (const unsigned change : {0x01U, 0x80U, 0xFFU}) {
+            byte = static_cast<std::uint8_t>(kept ^ change);
+            ReadAndUse(file);
+        }
+        byte = kept;
+    }
+    EXPECT_FALSE(ReadAndUse(file).hasErrors());
+}
+
+TEST_P(DamagedFiles, WithEachBitOfTheSectionsTurned)
+{
+    Sections sections(GetParam());
+    std::size_t withFindings = 0;
+    for (Bytes& section : sections.unpacked) {
+        for (std::size_t bit = 0; bit < 8 * section.size(); ++bit) {
+            const auto mask = static_cast<std::uint8_t>(0x80U >> bit % 8);
+            section[bit / 8] ^= mask;
+            withFindings += ReadAndUse(sections.Pack()).findings.empty() ? 0U : 1U;
+            section[bit / 8] ^= mask;
+        }
+        for (std::size_t length = 0; length < section.size(); ++length) {
+            Bytes whole(section.begin(), section.begin() + static_cast<std::ptrdiff_t>(length));
+            std::swap(whole, section);
+            ReadAndUse(sections.Pack());
+            std::swap(whole, section);
+        }
+    }
+    EXPECT_GT(withFindings, 100U);
+    EXPECT_THAT(ReadAndUse(sections.Pack()).findings, IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Small, DamagedFiles,
+                         testing::Values("a_cube.prc", "c_tex_rgb_png.prc", "e_empty_transparent.prc", "g_ri_set.prc"),
+                         [](const auto& example) {
+                             const std::string file = example.param;
+                             return file.substr(0, file.find('.'));
+                         });
+
+TEST(HostileFiles, ThatAreNoPrcFilesSaySo)
+{
+    const Model::PRCModel model = prc::readPRC(Bytes{'P', 'D', 'F', '-', '1'});
+    EXPECT_THAT(model.structures, IsEmpty());
+    ASSERT_THAT(model.findings, SizeIs(1));
+    EXPECT_EQ(model.findings[0].message(), "main header, byte 0: expected the signature 'PRC': this is not a PRC file");
+    EXPECT_TRUE(prc::readPRC({}).hasErrors());
+    EXPECT_THROW(prc::readPRCFile("/nowhere/at/all.prc"), std::system_error);
+}
+
+TEST(HostileFiles, WithMoreStructuresThanAnybodyHas)
+{
+    Bytes file = Example("a_cube.prc");
+    file[45] = 1; // 65537 file structures
+    const Model::PRCModel model = prc::readPRC(file);
+    EXPECT_THAT(model.structures, IsEmpty());
+    EXPECT_THAT(model.findings.at(0).message(), HasSubstr("at most 1000 file structures, found 65537"));
+}
+
+TEST(HostileFiles, ThatUnpackToMoreThanTheLimit)
+{
+    Sections sections("a_cube.prc");
+    sections.unpacked[2].resize(std::size_t{8} << 20); // zeros: a thousandth of that in the file
+    const Bytes file = sections.Pack();
+    ASSERT_LT(file.size(), 50000U);
+    const Model::PRCModel model = prc::readPRC(file, smallLimits);
+    ASSERT_THAT(model.findings, testing::Contains(testing::Field(&Model::Finding::text,
+                                                                 HasSubstr("more than the limit of 1048576 bytes"))));
+    EXPECT_EQ(model.structures[0].sections[3].state, Model::SectionState::Damaged);
+    EXPECT_EQ(model.structures[0].sections[2].state, Model::SectionState::Read);
+    EXPECT_THAT(model.structures[0].tessellations, IsEmpty());
+    EXPECT_EQ(prc::readPRC(file).structures[0].sections[3].unpackedBytes, std::size_t{8} << 20);
+}
+
+/// A section in which each announced thing takes a bit or two, and as many are announced as it has bits.
+TEST(HostileFiles, ThatDecodeToMoreThanTheLimit)
+{
+    HandMadeFile file = PlainFile();
+    file.tessellation = TessellationsOf(1, [](SectionWriter& section) {
+        section.writeEntityType(EntityType::Tessellation3D);
+        section.writeBoolean(false);
+        section.writeUnsignedInteger(3000000);
+        for (unsigned number = 0; number < 250000; ++number)
+            section.writeBits(0x555555, 24); // a dozen zeros
+    });
+    const Model::PRCModel model = prc::readPRC(file.Bytes(), smallLimits);
+    ASSERT_THAT(model.findings, SizeIs(1));
+    EXPECT_THAT(model.findings[0].message(), HasSubstr("limit for the size of the decoded model"));
+}
+
+TEST(HostileFiles, WithCountsBeyondTheirSection)
+{
+    struct Case
+    {
+        const char* expected;
+        SectionWriter HandMadeFile::*section;
+        std::function<void(SectionWriter&)> write;
+    };
+    const Case cases[] = {
+        {"globals of file structure 0, bit 37: 4294967295 schemas are announced", &HandMadeFile::globals,
+         [](SectionWriter& section) { section.writeUnsignedInteger(0xFFFFFFFF); }},
+        {"4294967295 coordinates are announced, more than the rest of the section can hold",
+         &HandMadeFile::tessellation,
+         [](SectionWriter& section) {
+             section.writeEntityType(EntityType::FileStructureTessellation);
+             section.writeContentBase(std::nullopt);
+             section.writeUnsignedInteger(1);
+             section.writeEntityType(EntityType::Tessellation3D);
+             section.writeBoolean(false);
+             section.writeUnsignedInteger(0xFFFFFFFF);
+         }},
+        {"16777216 bytes of a text are announced", &HandMadeFile::tree,
+         [](SectionWriter& section) {
+             section.writeEntityType(EntityType::FileStructureTree);
+             section.writeUnsignedInteger(0);
+             section.writeBoolean(false);
+             section.writeBoolean(true);
+             section.writeUnsignedInteger(1U << 24);
+             section.writeBits(0, 32);
+         }},
+        {"expected the tree (304) at bit 0, found a style (701)", &HandMadeFile::tree,
+         [](SectionWriter& section) { section.writeEntityType(EntityType::Style); }},
+        {"99999 product occurrences are announced", &HandMadeFile::tree,
+         [](SectionWriter& section) {
+             section.writeEntityType(EntityType::FileStructureTree);
+             section.writeContentBase(std::nullopt);
+             section.writeUnsignedInteger(0);
+             section.writeUnsignedInteger(99999);
+         }},
+    };
+    for (const Case& wrong : cases) {
+        HandMadeFile file = PlainFile();
+        file.*wrong.section = SectionWriter();
+        wrong.write(file.*wrong.section);
+        const Model::PRCModel model = prc::readPRC(file.Bytes(), smallLimits);
+        ASSERT_FALSE(model.findings.empty()) << wrong.expected;
+        EXPECT_THAT(model.findings[0].message(), HasSubstr(wrong.expected));
+        EXPECT_EQ(model.name, "model") << "the sections behind are read: " << wrong.expected;
+    }
+}
+
+TEST(HostileFiles, WithSetsInSetsInSets)
+{
+    HandMadeFile file = PlainFile();
+    file.tree = TreeOf(
+        [](SectionWriter& section) {
+            section.writeUnsignedInteger(1);
+            WritePart(section, [](SectionWriter& items) {
+                items.writeUnsignedInteger(1);
+                for (unsigned depth = 0; depth < 5000; ++depth) {
+                    WriteItemHead(items, EntityType::Set, nullIndex, nullIndex, nullIndex);
+                    items.writeUnsignedInteger(1);
+                }
+            });
+        },
+        [](SectionWriter& section) { section.writeUnsignedInteger(0); }, nullIndex);
+    const Model::PRCModel model = ReadAndUse(file.Bytes());
+    ASSERT_FALSE(model.findings.empty());
+    EXPECT_THAT(model.findings[0].message(), HasSubstr("sets are nested deeper than 64 levels"));
+}
+
+TEST(HostileFiles, WithBytesThatAreNoTextInNames)
+{
+    HandMadeFile file = PlainFile();
+    file.tree =
+        TreeOf([](SectionWriter& section) { section.writeUnsignedInteger(0); },
+               [](SectionWriter& section) {
+                   section.writeUnsignedInteger(1);
+                   WriteOccurrence(section, {.name = std::string("a\xFF\xC3\xA9\0\xED\xA0\x80\xF0\x9F\x8F", 11)});
+               },
+               0);
+    const Model::PRCModel model = prc::readPRC(file.Bytes());
+    const std::string replaced = "\xEF\xBF\xBD";
+    EXPECT_EQ(model.structures[0].occurrences.at(0).name,
+              "a" + replaced + "\xC3\xA9" + replaced + replaced + replaced + replaced + replaced + replaced);
+}
+
+TEST(MissingRoots, AreReplacedByTheLastOccurrenceThatIsNobodysChild)
+{
+    HandMadeFile file = PlainFile();
+    file.tree = TreeOf([](SectionWriter& section) { section.writeUnsignedInteger(0); },
+                       [](SectionWriter& section) {
+                           section.writeUnsignedInteger(3);
+                           WriteOccurrence(section, {.name = "lone"});
+                           WriteOccurrence(section, {.name = "top", .children = {2}});
+                           WriteOccurrence(section, {.name = "child"});
+                       },
+                       nullIndex);
+    file.model = SectionWriter();
+    file.model.writeUnsignedInteger(77); // schemas that are not there
+    const Model::PRCModel model = prc::readPRC(file.Bytes());
+    ASSERT_THAT(model.roots, SizeIs(1));
+    EXPECT_EQ(model.roots[0].occurrence, 1U);
+    EXPECT_TRUE(model.hasErrors());
+}
+
+} // namespace

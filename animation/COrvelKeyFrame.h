@@ -1,0 +1,36 @@
+#pragma once
+
+#include "animation/COrvelKeyFrameData.h"
+#include "animation/Export.h"
+#include "platform/core/COrvelID.h"
+#include "platform/core/COrvelPtr.h"
+
+#include <map>
+
+namespace Orvel
+{
+
+/// A snapshot of a scene: one key frame data for each entity, to be applied at once.
+class ORVEL_ANIMATION_API COrvelKeyFrame final
+{
+public:
+    COrvelKeyFrame() = default;
+    /// Copies every data.
+    COrvelKeyFrame(const COrvelKeyFrame& other);
+    COrvelKeyFrame(COrvelKeyFrame&&) noexcept = default;
+    COrvelKeyFrame& operator=(COrvelKeyFrame other) noexcept;
+
+    /// Stores a copy of `data` under its animated entity. Null does nothing.
+    ///
+    /// @return what that entity had before; null when nothing.
+    COrvelPtr<COrvelKeyFrameData> SetKeyFrameData(const COrvelPtr<COrvelKeyFrameData>& data);
+    /// By animated entity.
+    const std::map<COrvelID, COrvelPtr<COrvelKeyFrameData>>& KeyFrameData() const { return keyFrameData; }
+    /// Writes every data into the scene, in id order.
+    void Apply() const;
+
+private:
+    std::map<COrvelID, COrvelPtr<COrvelKeyFrameData>> keyFrameData;
+};
+
+} // namespace Orvel

@@ -1,0 +1,67 @@
+#include "tool/cli/FormatsCommand.h"
+
+#include "tool/cli/Console.h"
+#include "tool/import/AssimpReader.h"
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <vector>
+
+namespace Orvel::Cli
+{
+
+namespace
+{
+
+using Import::SceneFormat;
+
+std::vector<SceneFormat> ReadableFormats()
+{
+    std::vector<SceneFormat> formats{{"glTF 2.0", {"glb", "gltf"}}};
+    const std::vector<SceneFormat> others = Import::ListAssimpFormats();
+    formats.insert(formats.end(), others.begin(), others.end());
+    return formats;
+}
+
+std::vector<SceneFormat> WritableFormats()
+{
+    return {{"PRC (ISO 14739-1)", {"prc"}}};
+}
+
+nlohmann::ordered_json JsonOf(const std::vector<SceneFormat>& formats)
+{
+    auto list = nlohmann::ordered_json::array();
+    for (const SceneFormat& format : formats)
+        list.push_back({{"name", format.description}, {"extensions", format.extensions}});
+    return list;
+}
+
+std::string TextOf(const std::string& title, const std::vector<SceneFormat>& formats)
+{
+    std::string text = title + "\n";
+    for (const SceneFormat& format : formats) {
+        text += "  " + format.description + ":";
+        for (const std::string& extension : format.extensions)
+            text += " ." + extension;
+        text += "\n";
+    }
+    return text;
+}
+
+} // namespace
+
+void RunFormats(const FormatsOptions& options)
+{
+    if (options.json) {
+        nlohmann::ordered_json formats;
+        formats["read"] = JsonOf(ReadableFormats());
+        formats["write"] = JsonOf(WritableFormats());
+        PrintResult(formats.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
+    } else {
+        PrintResult(TextOf("Scenes that can be read:", ReadableFormats()) +
+                    TextOf("Files that can be written:", WritableFormats()));
+    }
+}
+
+} // namespace Orvel::Cli

@@ -1,0 +1,91 @@
+#include "tool/cli/InspectCommand.h"
+
+#include "tool/cli/Console.h"
+#include "tool/cli/Errors.h"
+#include "tool/cli/InputFile.h"
+#include "tool/cli/InspectReport.h"
+#include "tool/cli/PRCInput.h"
+#include "tool/cli/Progress.h"
+#include "tool/cli/Supervisor.h"
+#include "tool/cli/Text.h"
+
+#include <utility>
+
+namespace Orvel::Cli
+{
+
+namespace
+{
+
+class InspectListener final : public WorkListener
+{
+public:
+    void Stage(const std::string& stage) override { progress.SetStage(stage); }
+
+    void Warning(const std::string& text) override
+    {
+        progress.Hide();
+        PrintWarning(text);
+    }
+
+    void Tick(std::chrono::milliseconds sinceStart) override { progress.Show(sinceStart); }
+
+    void EndProgress() { progress.Hide(); }
+
+private:
+    Progress progress{Progress::Visibility::OnTerminal};
+};
+
+ReportParts PartsOf(const InspectOptions& options)
+{
+    if (!options.sections && !options.tree && !options.materials)
+        return {};
+    return {options.sections, options.tree, options.tree, options.materials};
+}
+
+/// The work of the supervised process: the text to print.
+nlohmann::json ReadAndReport(const InspectOptions& options, const WorkReporter& reporter)
+{
+    InspectedModel inspected;
+    inspected.file = options.file;
+    reporter.Stage("reading the file");
+    inspected.model = ReadModel(options.file);
+    reporter.Stage("placing what was read");
+    inspected.scene = prc::Model::placeScene(inspected.model);
+    inspected.statistics = StatisticsOf(inspected.model, inspected.scene);
+    for (const prc::Model::Finding& finding : inspected.model.findings)
+        reporter.Warning(finding.message());
+    for (const std::string& note : inspected.scene.notes)
+        reporter.Warning(note);
+    reporter.Stage("writing the report");
+    const ReportParts parts = PartsOf(options);
+    return options.json ? JsonReport(inspected, parts) : TextReport(inspected, parts);
+}
+
+WorkLimits LimitsFor(const LimitOptions& chosen, const InputFile& input)
+{
+    const WorkLimits usual = DefaultWorkLimits(input.size);
+    return {chosen.time.value_or(usual.time), chosen.memoryInBytes.value_or(usual.memoryInBytes)};
+}
+
+} // namespace
+
+void RunInspect(const InspectOptions& options)
+{
+    std::string report;
+    {
+        const SignalWatch signals;
+        const InputFile input = ExamineInput(options.file);
+        InspectListener listener;
+        const Work work = [&options](const WorkReporter& reporter) { return ReadAndReport(options, reporter); };
+        try {
+            report = RunSupervised(work, LimitsFor(options.limits, input), signals, listener).get<std::string>();
+        } catch (const Failure& failure) {
+            throw Failure("cannot inspect " + Quoted(options.file) + ": " + failure.what());
+        }
+        listener.EndProgress();
+    }
+    PrintResult(report);
+}
+
+} // namespace Orvel::Cli

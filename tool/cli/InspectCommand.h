@@ -1,0 +1,27 @@
+#pragma once
+
+#include "tool/cli/ExportOptions.h"
+
+#include <string>
+
+namespace Orvel::Cli
+{
+
+/// `orvelprc inspect`
+struct InspectOptions
+{
+    std::string file;
+    bool json = false;
+    bool sections = false;  ///< with the two below: only these parts of the report; none of them: all
+    bool tree = false;      ///< with the meshes that it places
+    bool materials = false; ///< with the textures
+    LimitOptions limits;
+};
+
+/// Prints what is inside a PRC file, read in a supervised process. What the reader could not read is told by warnings.
+///
+/// @throws Failure when the file cannot be read at all, or stdout cannot be written. Interrupted when the program was
+///         asked to end.
+void RunInspect(const InspectOptions& options);
+
+} // namespace Orvel::Cli

@@ -1,0 +1,100 @@
+#include "tool/import/DocumentMaterials.h"
+
+#include "platform/core/COrvelDocument.h"
+#include "platform/core/COrvelMaterial.h"
+#include "platform/core/COrvelTexture.h"
+
+#include <array>
+
+namespace Orvel::Import
+{
+namespace
+{
+
+/// Light enough to show its shape on a dark ground and on a white page.
+constexpr double DefaultGrey = 0.75;
+constexpr double DefaultHighlight = 0.1;
+
+void MakeLightGrey(COrvelBasicGeneralMaterial& material)
+{
+    const COrvelColor grey(DefaultGrey, DefaultGrey, DefaultGrey);
+    material.SetAmbientColor(grey);
+    material.SetDiffuseColor(grey);
+    material.SetSpecularColor({DefaultHighlight, DefaultHighlight, DefaultHighlight});
+    material.SetEmissiveColor({0.0, 0.0, 0.0});
+}
+
+COrvelColor OpaqueColor(const std::array<double, 3>& channels)
+{
+    return {channels[0], channels[1], channels[2]};
+}
+
+} // namespace
+
+DocumentMaterials::DocumentMaterials(COrvelDocument& theDocument, const ImportedScene& theScene,
+                                     TextureFiles& theTextures)
+    : document(theDocument)
+    , scene(theScene)
+    , textures(theTextures)
+    , shared(theScene.materials.size(), nullptr)
+{}
+
+void DocumentMaterials::MakeRoom(std::size_t ownCount)
+{
+    document.ReserveMaterials(1 + scene.materials.size() + ownCount);
+    COrvelBasicGeneralMaterial looksOfDefault;
+    MakeLightGrey(looksOfDefault);
+    document.DefaultMaterial()->LoadBasicMaterial(&looksOfDefault, false);
+}
+
+COrvelMaterial* DocumentMaterials::Shared(Index index)
+{
+    if (index == None) {
+        LooksOf(index);
+        return document.DefaultMaterial();
+    }
+    COrvelMaterial*& material = shared[static_cast<std::size_t>(index)];
+    if (!material)
+        material = Own(index);
+    return material;
+}
+
+COrvelMaterial* DocumentMaterials::Own(Index index)
+{
+    return COrvelMaterial::Create(&document, LooksOf(index));
+}
+
+const COrvelBasicGeneralMaterial& DocumentMaterials::LooksOf(Index index)
+{
+    std::unique_ptr<COrvelBasicGeneralMaterial>& entry = looks[index];
+    if (entry)
+        return *entry;
+    entry.reset(COrvelBasicGeneralMaterial::Create());
+    if (index == None) {
+        MakeLightGrey(*entry);
+        entry->SetName(document.DefaultMaterial()->Name());
+    } else {
+        GiveLooks(*entry, scene.materials[static_cast<std::size_t>(index)]);
+    }
+    return *entry;
+}
+
+void DocumentMaterials::GiveLooks(COrvelBasicGeneralMaterial& target, const ImportedMaterial& source)
+{
+    target.SetName(COrvelString(source.name));
+    target.SetAmbientColor(OpaqueColor(source.ambient));
+    // Viewers differ in which of the two they follow: the alpha of the diffuse colour or the opacity.
+    target.SetDiffuseColor({source.diffuse[0], source.diffuse[1], source.diffuse[2], source.opacity});
+    target.SetSpecularColor(OpaqueColor(source.specular));
+    target.SetEmissiveColor(OpaqueColor(source.emissive));
+    target.SetOpacity(source.opacity);
+    if (source.image == None)
+        return;
+    // Also a picture that cannot be used: the exporter then marks the material as textured and keeps the texture
+    // coordinates of its meshes.
+    const ImportedImage& image = scene.images[static_cast<std::size_t>(source.image)];
+    target.SetTexture(textureTypeDiffuse,
+                      COrvelTexture(COrvelString(textures.FileFor(image, source.image, source.imageAlphaCounts))));
+}
+
+} // namespace Orvel::Import

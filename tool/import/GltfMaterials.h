@@ -1,0 +1,47 @@
+#pragma once
+
+#include "tool/import/GltfBuffers.h"
+#include "tool/import/GltfDocument.h"
+#include "tool/import/ImportReport.h"
+#include "tool/import/ImportedScene.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <vector>
+
+namespace Orvel::Import
+{
+
+/// Brings the materials that are in use, with their pictures, into a scene's tables.
+class GltfMaterials
+{
+public:
+    /// The arguments are not owned and must outlive the object.
+    GltfMaterials(const GltfDocument& document, GltfBuffers& buffers, std::filesystem::path folder,
+                  ImportedScene& scene, ImportReport& report);
+
+    /// @param material of the file; -1 gives None.
+    /// @return index into the scene's materials, the same at each call.
+    /// @throws ImportError when the bytes of an embedded picture lie outside their buffer.
+    [[nodiscard]] Index Convert(int material);
+
+    /// The set of texture coordinates that the picture of a material asks for: the n of TEXCOORD_n.
+    /// @param material of the file; -1, and a material without a picture, give 0.
+    [[nodiscard]] int CoordinateSet(int material) const;
+
+private:
+    ImportedMaterial Make(const tinygltf::Material& source);
+    void CountUnreadTextures(const tinygltf::Material& source);
+    Index Picture(int texture);
+    Index ConvertImage(int image);
+
+    const GltfDocument& document;
+    GltfBuffers& buffers;
+    std::filesystem::path folder;
+    ImportedScene& scene;
+    ImportReport& report;
+    std::vector<Index> converted;
+    std::vector<Index> convertedImages;
+};
+
+} // namespace Orvel::Import

@@ -1,0 +1,49 @@
+#include "tool/import/LoadDocument.h"
+
+#include "tool/import/AssimpReader.h"
+#include "tool/import/GltfReader.h"
+#include "tool/import/TextureFiles.h"
+
+#include <fstream>
+#include <system_error>
+
+namespace Orvel::Import
+{
+namespace
+{
+
+/// The one place where this is checked for all readers. Says in the user's terms why a path is no scene file, before a
+/// library says it in its own.
+void CheckIsFileWithContent(const std::filesystem::path& file)
+{
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(file, error);
+    if (status.type() == std::filesystem::file_type::not_found)
+        throw ImportError("no such file");
+    if (error)
+        throw ImportError("cannot be opened: " + error.message());
+    if (std::filesystem::is_directory(status))
+        throw ImportError("is a folder, not a scene file");
+    if (!std::filesystem::is_regular_file(status))
+        throw ImportError("is not a regular file");
+    if (!std::ifstream(file, std::ios::binary))
+        throw ImportError("cannot be read");
+    if (std::filesystem::file_size(file, error) == 0 && !error)
+        throw ImportError("is empty");
+}
+
+} // namespace
+
+LoadedDocument LoadDocument(const std::filesystem::path& file, const LoadOptions& options, ImportReport& report)
+{
+    CheckIsFileWithContent(file);
+    ImportedScene scene = IsGltf(file) ? ReadGltf(file, report) : ReadWithAssimp(file, report);
+    TextureFiles textures(file, options.textureFolders, options.temporaryFolder, report, options.largestTextureSide);
+    LoadedDocument loaded = BuildDocument(std::move(scene), textures, options);
+    // Cameras and groups alone are exported too, but a picture of them is blank.
+    if (loaded.summary.objects == 0)
+        report.Warn("nothing in the scene can be shown: there are no triangles");
+    return loaded;
+}
+
+} // namespace Orvel::Import

@@ -18,6 +18,7 @@ namespace Orvel
 class COrvel3DObject;
 class COrvelBasicMaterial;
 struct COrvelBasicSceneState;
+class COrvelCamera;
 class COrvelDocument;
 class COrvelMaterial;
 class COrvelPRCMapper;
@@ -32,6 +33,8 @@ class COrvelSceneNode;
 ///   - meshes                                       prc/MeshExtraction.cpp
 ///   - materials of key frames                      prc/MaterialConversion.cpp
 ///   - scene-state materials                        prc/SceneStateMaterials.cpp
+///   - material animation                           mapping/MaterialAnimation.cpp
+///   - camera animation                             mapping/CameraAnimation.cpp
 ///
 /// Not thread-safe: one export at a time in a process. The instance lives until the process ends, and the class has no
 /// virtual destructor: nobody destroys it.
@@ -56,7 +59,8 @@ public:
     ///         process-wide caches are empty again on every way out.
     bool WriteDocument(COrvelDocument* document, COrvelString fileName);
 
-    /// The animated run: as the plain run, plus the materials of scene states, recorded in the mapper.
+    /// The animated run: as the plain run, plus the materials of scene states and of the key frame manager's animation,
+    /// all recorded in the mapper with the flight of the document's active camera.
     /// @param sceneStates may be null.
     /// @return as WriteDocument.
     bool WriteAnimatedDocument(COrvelDocument* document, COrvelString fileName,
@@ -101,6 +105,23 @@ public:
     /// which.
     /// @param sceneStates may be null or empty: nothing happens.
     void ExtractSceneStateMaterials(prc::oPRCFile& file, std::vector<COrvelBasicSceneState>* sceneStates);
+
+    // Animation. All three read the process-wide key frame manager and its sequences.
+
+    /// Adds the material of every frame of the timeline, from 0 to the last one, for every animated material that the
+    /// file knows, and records them in the mapper as material numbers. A material whose evaluation ends early is
+    /// recorded up to there.
+    void ExtractMaterialAnimation(prc::oPRCFile& file);
+
+    /// The same for every sequence that is not temporary: the frames from the start of a material's first key frame in
+    /// it to the end of its last, recorded as PRC indices under the sequence's UUID text and under its name. A sequence
+    /// without animated materials is recorded with nothing in it.
+    void ExtractMaterialSequenceAnimation(prc::oPRCFile& file);
+
+    /// Records in the mapper where the camera stands at each frame of the timeline, and leaves a camera for each,
+    /// "frm0", "frm1" ..., in the temporary document. Target distance and projection are those that it has now.
+    /// @param camera null, deleted, default and unanimated ones record nothing.
+    void ExtractCameraAnimation(COrvelCamera* camera);
 
     /// The mapper that the current run writes into. Not owned.
     COrvelPRCMapper* mapper = nullptr;

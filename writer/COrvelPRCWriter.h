@@ -54,8 +54,9 @@ public:
                 std::vector<COrvelCamera*>* cameras, std::vector<COrvelSceneState*>* sceneStates,
                 COrvelSectionPlane* sectionPlane, COrvelUnit unit) override;
 
-    /// Writes the same file with the materials of scene states added, and records in the mapper what stands where. Call
-    /// SetPRCMapper before each call: a plain export in between leaves the converter on a mapper of its own.
+    /// Writes the same file with the materials of scene states and of animation added, and records in the mapper what
+    /// stands where and when. Call SetPRCMapper before each call: a plain export in between leaves the converter on a
+    /// mapper of its own.
     ///
     /// `fileName` is taken as it is; `transform` and `cameras` have no effect.
     ///

@@ -121,6 +121,9 @@ bool COrvelPRCHandler::WriteAnimatedDocument(COrvelDocument* document, COrvelStr
     prc::oPRCFile file(fileName.toStdString(), UnitInMillimetres, FileStructures);
     VisitRoots(*this, *document, file);
     ExtractSceneStateMaterials(file, sceneStates);
+    ExtractMaterialAnimation(file);
+    ExtractMaterialSequenceAnimation(file);
+    ExtractCameraAnimation(document->ActiveCamera());
     file.finish();
     return true;
 }

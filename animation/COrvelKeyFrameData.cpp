@@ -23,7 +23,8 @@ int StoredFrame(std::int64_t frame)
 
 int ScaledFrame(int frame, double factor)
 {
-    return static_cast<int>(std::clamp<double>(frame * factor, FirstInt, LastInt));
+    // An infinite factor leaves frame 0 where it is; their product would be no number.
+    return frame == 0 ? 0 : static_cast<int>(std::clamp<double>(frame * factor, FirstInt, LastInt));
 }
 
 /// Raised first, then lowered: of an inverted range the end counts.
@@ -135,6 +136,17 @@ void COrvelKeyFrameData::SetConstantSpeedEndFrame(int frame)
     KeepConstantSpeedInRange();
 }
 
+void COrvelKeyFrameData::SetTiming(int start, int end, int newConstantSpeedStart, int newConstantSpeedEnd,
+                                   int newEaseIn, int newEaseOut)
+{
+    SetStartFrame(start, true);
+    SetEndFrame(end, true);
+    SetConstantSpeedStartFrame(newConstantSpeedStart);
+    SetConstantSpeedEndFrame(newConstantSpeedEnd);
+    SetEaseIn(newEaseIn);
+    SetEaseOut(newEaseOut);
+}
+
 void COrvelKeyFrameData::KeepConstantSpeedInRange()
 {
     constantSpeedStartFrame = KeptInside(constantSpeedStartFrame, startFrame, endFrame);
@@ -191,32 +203,28 @@ void* COrvelKeyFrameData::BoolMember(bool& member, const char* label, int& type,
     return &member;
 }
 
-void* COrvelKeyFrameData::StartFrameMember(int& type, COrvelString& name, bool apply)
+void* COrvelKeyFrameData::FrameMember(int position, int& type, COrvelString& name, bool apply)
 {
-    if (apply)
-        SetStartFrame(startFrame, true);
-    return IntMember(startFrame, "Start Frame", type, name);
-}
-
-void* COrvelKeyFrameData::EndFrameMember(int& type, COrvelString& name, bool apply)
-{
-    if (apply)
-        SetEndFrame(endFrame, true);
-    return IntMember(endFrame, "End Frame", type, name);
-}
-
-void* COrvelKeyFrameData::ConstantSpeedStartFrameMember(int& type, COrvelString& name, bool apply)
-{
-    if (apply)
-        SetConstantSpeedStartFrame(constantSpeedStartFrame);
-    return IntMember(constantSpeedStartFrame, "Constant Speed Start Frame", type, name);
-}
-
-void* COrvelKeyFrameData::ConstantSpeedEndFrameMember(int& type, COrvelString& name, bool apply)
-{
-    if (apply)
-        SetConstantSpeedEndFrame(constantSpeedEndFrame);
-    return IntMember(constantSpeedEndFrame, "Constant Speed End Frame", type, name);
+    switch (position) {
+    case 0:
+        if (apply)
+            SetStartFrame(startFrame, true);
+        return IntMember(startFrame, "Start Frame", type, name);
+    case 1:
+        if (apply)
+            SetEndFrame(endFrame, true);
+        return IntMember(endFrame, "End Frame", type, name);
+    case 2:
+        if (apply)
+            SetConstantSpeedStartFrame(constantSpeedStartFrame);
+        return IntMember(constantSpeedStartFrame, "Constant Speed Start Frame", type, name);
+    case 3:
+        if (apply)
+            SetConstantSpeedEndFrame(constantSpeedEndFrame);
+        return IntMember(constantSpeedEndFrame, "Constant Speed End Frame", type, name);
+    default:
+        return nullptr;
+    }
 }
 
 void* COrvelKeyFrameData::WorkingFrameMember(int& type, COrvelString& name, bool apply)

@@ -82,6 +82,10 @@ public:
     void SetConstantSpeedStartFrame(int frame);
     void SetConstantSpeedEndFrame(int frame);
 
+    /// Sets the range, then the frames of constant speed inside it, then the easing modes.
+    void SetTiming(int start, int end, int newConstantSpeedStart, int newConstantSpeedEnd, int newEaseIn,
+                   int newEaseOut);
+
     /// Easing modes, two bits each, see EasingApplies. Bit 1 of EaseIn: a gap before this data ends slowly. Bit 0 of
     /// EaseOut: a gap behind it starts slowly.
     int EaseIn() const { return easeIn; }
@@ -148,11 +152,9 @@ protected:
     void* IntMember(int& member, const char* label, int& type, COrvelString& name);
     void* DoubleMember(double& member, const char* label, int& type, COrvelString& name);
     void* BoolMember(bool& member, const char* label, int& type, COrvelString& name);
-    /// Each reacts to a new value when `apply` is set.
-    void* StartFrameMember(int& type, COrvelString& name, bool apply);
-    void* EndFrameMember(int& type, COrvelString& name, bool apply);
-    void* ConstantSpeedStartFrameMember(int& type, COrvelString& name, bool apply);
-    void* ConstantSpeedEndFrameMember(int& type, COrvelString& name, bool apply);
+    /// Start and end of the range, then of constant speed, at the positions 0 to 3; null for any other. A new value
+    /// passes through the setter when `apply` is set.
+    void* FrameMember(int position, int& type, COrvelString& name, bool apply);
     /// The range collapses to the frame that is shown.
     void* WorkingFrameMember(int& type, COrvelString& name, bool apply);
 

@@ -1,28 +1,19 @@
 #include "animation/COrvelKeyFrameDataLight.h"
 
+#include "animation/OwnedCopy.h"
 #include "platform/core/COrvelLight.h"
 
 namespace Orvel
 {
 
-namespace
-{
-
-std::unique_ptr<COrvelBasicLight> CopyOf(const COrvelBasicLight* light)
-{
-    return std::unique_ptr<COrvelBasicLight>(light ? light->Clone() : nullptr);
-}
-
-} // namespace
-
 COrvelKeyFrameDataLight::COrvelKeyFrameDataLight(const COrvelID& id, const COrvelBasicLight* newLight)
     : COrvelKeyFrameData(id)
-    , light(CopyOf(newLight))
+    , light(OwnedCopy(newLight))
 {}
 
 COrvelKeyFrameDataLight::COrvelKeyFrameDataLight(const COrvelKeyFrameDataLight& other)
     : COrvelKeyFrameData(other)
-    , light(CopyOf(other.light.get()))
+    , light(OwnedCopy(other.light.get()))
 {}
 
 COrvelKeyFrameDataLight* COrvelKeyFrameDataLight::CreateLightKeyFrameData(const COrvelID& id,

@@ -1,29 +1,20 @@
 #include "animation/COrvelKeyFrameDataMaterial.h"
 
 #include "animation/COrvelKeyFrameManager.h"
+#include "animation/OwnedCopy.h"
 #include "platform/core/COrvelMaterial.h"
 
 namespace Orvel
 {
 
-namespace
-{
-
-std::unique_ptr<COrvelBasicMaterial> CopyOf(const COrvelBasicMaterial* material)
-{
-    return std::unique_ptr<COrvelBasicMaterial>(material ? material->Clone() : nullptr);
-}
-
-} // namespace
-
 COrvelKeyFrameDataMaterial::COrvelKeyFrameDataMaterial(const COrvelID& id, const COrvelBasicMaterial* newMaterial)
     : COrvelKeyFrameData(id)
-    , material(CopyOf(newMaterial))
+    , material(OwnedCopy(newMaterial))
 {}
 
 COrvelKeyFrameDataMaterial::COrvelKeyFrameDataMaterial(const COrvelKeyFrameDataMaterial& other)
     : COrvelKeyFrameData(other)
-    , material(CopyOf(other.material.get()))
+    , material(OwnedCopy(other.material.get()))
 {}
 
 COrvelKeyFrameDataMaterial* COrvelKeyFrameDataMaterial::CreateMaterialKeyFrameData(const COrvelID& id,

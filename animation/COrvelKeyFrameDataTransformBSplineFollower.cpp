@@ -28,21 +28,10 @@ void COrvelKeyFrameDataTransformBSplineFollower::RestoreFromCopy(COrvelObject* c
 
 void* COrvelKeyFrameDataTransformBSplineFollower::DataMemberSearch(int index, int& type, COrvelString& name, bool apply)
 {
-    switch (index) {
-    case countCommand:
-        type = 4;
-        return nullptr;
-    case 0:
-        return StartFrameMember(type, name, apply);
-    case 1:
-        return EndFrameMember(type, name, apply);
-    case 2:
-        return ConstantSpeedStartFrameMember(type, name, apply);
-    case 3:
-        return ConstantSpeedEndFrameMember(type, name, apply);
-    default:
-        return nullptr;
-    }
+    if (index != countCommand)
+        return FrameMember(index, type, name, apply);
+    type = 4;
+    return nullptr;
 }
 
 COrvelKeyFrameDataTransform* COrvelKeyFrameDataTransformBSplineFollower::Clone(bool atWorkingFrame) const

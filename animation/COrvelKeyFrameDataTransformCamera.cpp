@@ -1,5 +1,6 @@
 #include "animation/COrvelKeyFrameDataTransformCamera.h"
 
+#include "animation/Angles.h"
 #include "animation/CameraPaths.h"
 #include "platform/core/COrvelCamera.h"
 #include "platform/core/COrvelTransform.h"
@@ -12,8 +13,6 @@ namespace Orvel
 
 namespace
 {
-
-constexpr double Pi = 3.141592653589793;
 
 /// Members of the property table behind those that the orbit flag decides.
 constexpr int OpticsCount = 4;
@@ -86,12 +85,7 @@ COrvelKeyFrameDataTransformCamera::CreateOrbitCameraKeyFrameData(COrvelSceneNode
     data->angleInDegrees = angle;
     data->descend = descend;
     data->orbit = true;
-    data->SetStartFrame(start, true);
-    data->SetEndFrame(end, true);
-    data->SetConstantSpeedStartFrame(constantSpeedStart);
-    data->SetConstantSpeedEndFrame(constantSpeedEnd);
-    data->SetEaseIn(easeIn);
-    data->SetEaseOut(easeOut);
+    data->SetTiming(start, end, constantSpeedStart, constantSpeedEnd, easeIn, easeOut);
     return data;
 }
 
@@ -121,9 +115,8 @@ void* COrvelKeyFrameDataTransformCamera::DataMemberSearch(int index, int& type, 
         type = OrbitCount + OpticsCount;
         return nullptr;
     case 0:
-        return StartFrameMember(type, name, apply);
     case 1:
-        return EndFrameMember(type, name, apply);
+        return FrameMember(index, type, name, apply);
     case 2:
         return DoubleMember(angleInDegrees, "Angle", type, name);
     default:
@@ -182,7 +175,7 @@ COrvelMatrix COrvelKeyFrameDataTransformCamera::Matrix() const
 COrvelBasicCamera COrvelKeyFrameDataTransformCamera::BasicCamera() const
 {
     const COrvelBasicCamera base = BaseCamera();
-    return orbit ? OrbitCamera(base, Motion(), angleInDegrees / 180.0 * Pi, descend) : base;
+    return orbit ? OrbitCamera(base, Motion(), Radians(angleInDegrees), descend) : base;
 }
 
 COrvelBasicCamera COrvelKeyFrameDataTransformCamera::BaseCamera() const

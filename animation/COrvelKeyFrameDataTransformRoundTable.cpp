@@ -1,16 +1,10 @@
 #include "animation/COrvelKeyFrameDataTransformRoundTable.h"
 
+#include "animation/Angles.h"
 #include "animation/ObjectPaths.h"
 
 namespace Orvel
 {
-
-namespace
-{
-
-constexpr double Pi = 3.141592653589793;
-
-} // namespace
 
 COrvelKeyFrameDataTransformRoundTable::COrvelKeyFrameDataTransformRoundTable(const COrvelID& id)
     : COrvelKeyFrameDataTransform(id, COrvelMatrix())
@@ -27,12 +21,7 @@ COrvelKeyFrameDataTransformRoundTable* COrvelKeyFrameDataTransformRoundTable::Cr
     data->angleInDegrees = angle;
     data->normal = COrvelNormal(point, direction);
     data->SetPivot((axisFrame * reference).Inverse() * point);
-    data->SetStartFrame(start, true);
-    data->SetEndFrame(end, true);
-    data->SetConstantSpeedStartFrame(constantSpeedStart);
-    data->SetConstantSpeedEndFrame(constantSpeedEnd);
-    data->SetEaseIn(easeIn);
-    data->SetEaseOut(easeOut);
+    data->SetTiming(start, end, constantSpeedStart, constantSpeedEnd, easeIn, easeOut);
     return data;
 }
 
@@ -50,22 +39,14 @@ void* COrvelKeyFrameDataTransformRoundTable::DataMemberSearch(int index, int& ty
     case countCommand:
         type = 6;
         return nullptr;
-    case 0:
-        return StartFrameMember(type, name, apply);
-    case 1:
-        return EndFrameMember(type, name, apply);
     case 2:
         return DoubleMember(angleInDegrees, "Angle", type, name);
     case 3:
         type = eDataMemberType_Vector;
         name = "Normal";
         return &normal;
-    case 4:
-        return ConstantSpeedStartFrameMember(type, name, apply);
-    case 5:
-        return ConstantSpeedEndFrameMember(type, name, apply);
     default:
-        return nullptr;
+        return FrameMember(index < 2 ? index : index - 2, type, name, apply);
     }
 }
 
@@ -78,7 +59,7 @@ COrvelKeyFrameDataTransform* COrvelKeyFrameDataTransformRoundTable::Clone(bool a
 
 COrvelMatrix COrvelKeyFrameDataTransformRoundTable::Matrix() const
 {
-    const RoundTable table{reference, axisFrame, normal.Point(), normal.Direction(), angleInDegrees / 180.0 * Pi};
+    const RoundTable table{reference, axisFrame, normal.Point(), normal.Direction(), Radians(angleInDegrees)};
     return RoundTableMatrix(table, Motion());
 }
 

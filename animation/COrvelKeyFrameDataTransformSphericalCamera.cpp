@@ -1,5 +1,6 @@
 #include "animation/COrvelKeyFrameDataTransformSphericalCamera.h"
 
+#include "animation/Angles.h"
 #include "animation/CameraPaths.h"
 
 #include <algorithm>
@@ -11,8 +12,6 @@ namespace Orvel
 
 namespace
 {
-
-constexpr double Pi = 3.141592653589793;
 
 const char* GridName(int gridType)
 {
@@ -79,7 +78,7 @@ void* COrvelKeyFrameDataTransformSphericalCamera::GridMember(int position, int& 
         return &gridName;
     }
     case 1: {
-        void* const member = StartFrameMember(type, name, apply);
+        void* const member = FrameMember(0, type, name, apply);
         if (apply)
             FitEndFrame();
         return member;
@@ -125,7 +124,7 @@ COrvelBasicCamera COrvelKeyFrameDataTransformSphericalCamera::BasicCamera() cons
         // orbit.
         motion.constantSpeedStart = -1;
         motion.constantSpeedEnd = -1;
-        return OrbitCamera(BaseCamera(), motion, -(AngleInDegrees() / 180.0 * Pi), false);
+        return OrbitCamera(BaseCamera(), motion, -Radians(AngleInDegrees()), false);
     }
 }
 

@@ -53,6 +53,7 @@ void COrvelKeyFrameManager::ClearKeyFrameData()
     keyFrameDataByEntity.clear();
     entityAliases.clear();
     dataCountByEntity.clear();
+    filedFrames.clear();
     bakedKeyFrameData.clear();
     currentFrame = 0;
     firstFrame = 0;

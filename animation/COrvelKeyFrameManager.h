@@ -10,6 +10,7 @@
 
 #include <map>
 #include <set>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -183,7 +184,8 @@ public:
     /// @return the data that were displaced, by start frame.
     KeyFrameDataList AddKeyFrameData(COrvelPtr<COrvelKeyFrameData>& data, bool updateRange);
     /// Stores a data whose start frame has changed under its new one; what stands there is replaced, nothing else is
-    /// displaced. Null does nothing. Takes linear time in the number of data that the entity has.
+    /// displaced. Null does nothing. After another change, the first call for an entity takes linear time in the number
+    /// of its data; those that follow are logarithmic.
     void RefileKeyFrameData(const COrvelPtr<COrvelKeyFrameData>& data);
     /// Puts the scene into the state of frame 0, then empties the manager. LastFrame() stays, and data that are added
     /// later are numbered on from those that were taken.
@@ -212,6 +214,8 @@ private:
     const KeyFrameDataByFrame* FindKeyFrameData(const COrvelID& id) const;
     bool IsAnimated(const COrvelID& id) const { return keyFrameDataByEntity.contains(id); }
     void StoreKeyFrameData(const COrvelPtr<COrvelKeyFrameData>& data);
+    /// Takes a data out of where it stands, whatever its start frame is now, to be stored anew.
+    void Unfile(KeyFrameDataByFrame& dataByFrame, const COrvelKeyFrameData& data);
 
     std::map<COrvelID, KeyFrameDataByFrame> keyFrameDataByEntity;
     std::map<COrvelID, COrvelID> entityAliases; // from target entities to animated ones
@@ -226,6 +230,9 @@ private:
     KeyFrameDataList bakedKeyFrameData;
     COrvelSequenceContainer* sequenceContainer = nullptr;
     std::set<COrvelID> readIDs;
+    // Where the data of an entity stand, whatever their start frames say: a moved timeline is filed anew data by data.
+    // Every change but that one forgets it.
+    std::map<COrvelID, std::unordered_map<const COrvelKeyFrameData*, int>> filedFrames;
 };
 
 } // namespace Orvel

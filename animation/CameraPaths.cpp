@@ -1,5 +1,7 @@
 #include "animation/CameraPaths.h"
 
+#include "animation/Angles.h"
+
 #include <algorithm>
 
 namespace Orvel
@@ -8,7 +10,6 @@ namespace Orvel
 namespace
 {
 
-constexpr double Pi = 3.141592653589793;
 constexpr double HalfPi = 1.5707963267948966;
 constexpr double RadiansPerDegree = 0.017453292519943295;
 constexpr double FullTurn = -6.283185307179586; // counter-clockwise seen from above
@@ -99,7 +100,7 @@ COrvelBasicCamera SphericalGridCamera(const CameraGrid& requested, int step)
     const CameraGrid grid = Usable(requested);
     const int row = step / grid.columns;
     const double elevation = grid.verticalWrap ? -(360.0 / grid.rows) * row * RadiansPerDegree
-                                               : 180.0 / (grid.rows - 1) * row / 180.0 * Pi - HalfPi;
+                                               : Radians(180.0 / (grid.rows - 1) * row) - HalfPi;
     return GridCamera(grid, elevation, step % grid.columns);
 }
 

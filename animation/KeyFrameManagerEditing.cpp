@@ -5,7 +5,6 @@
 #include "animation/KeyFrameRange.h"
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace Orvel
@@ -31,17 +30,6 @@ void EraseWithoutData(DataByEntity& dataByEntity, DataByEntity::iterator entity)
         dataByEntity.erase(entity);
 }
 
-/// Its start frame may have changed since it was stored, so the key does not find it for sure.
-KeyFrameDataByFrame::iterator FindByIdentity(KeyFrameDataByFrame& dataByFrame,
-                                             const COrvelPtr<COrvelKeyFrameData>& data)
-{
-    const auto atStart = dataByFrame.find(data->StartFrame());
-    if (atStart != dataByFrame.end() && atStart->second == data)
-        return atStart;
-    return std::find_if(dataByFrame.begin(), dataByFrame.end(),
-                        [&data](const auto& stored) { return stored.second == data; });
-}
-
 } // namespace
 
 KeyFrameDataList COrvelKeyFrameManager::AddKeyFrameData(COrvelPtr<COrvelKeyFrameData>& data, bool updateRange)
@@ -49,6 +37,7 @@ KeyFrameDataList COrvelKeyFrameManager::AddKeyFrameData(COrvelPtr<COrvelKeyFrame
     KeyFrameDataList displaced;
     if (!data)
         return displaced;
+    filedFrames.clear();
     const auto entity = keyFrameDataByEntity.find(data->AnimatedEntityID());
     if (entity != keyFrameDataByEntity.end())
         TakeRange(entity->second, data->StartFrame(), data->EndFrame(), displaced);
@@ -74,12 +63,25 @@ void COrvelKeyFrameManager::RefileKeyFrameData(const COrvelPtr<COrvelKeyFrameDat
     if (!data)
         return;
     const auto entity = keyFrameDataByEntity.find(data->AnimatedEntityID());
-    if (entity != keyFrameDataByEntity.end()) {
-        const auto stored = FindByIdentity(entity->second, data);
-        if (stored != entity->second.end())
-            entity->second.erase(stored);
-    }
+    if (entity != keyFrameDataByEntity.end())
+        Unfile(entity->second, *data);
     StoreKeyFrameData(data);
+}
+
+void COrvelKeyFrameManager::Unfile(KeyFrameDataByFrame& dataByFrame, const COrvelKeyFrameData& data)
+{
+    const auto [found, isNew] = filedFrames.try_emplace(data.AnimatedEntityID());
+    auto& filed = found->second;
+    if (isNew) {
+        for (const auto& [start, stored] : dataByFrame)
+            filed.emplace(stored.Get(), start);
+    }
+    if (const auto former = filed.extract(&data))
+        dataByFrame.erase(former.mapped());
+    // What the data is about to replace stands nowhere any more.
+    if (const auto replaced = dataByFrame.find(data.StartFrame()); replaced != dataByFrame.end())
+        filed.erase(replaced->second.Get());
+    filed.emplace(&data, data.StartFrame());
 }
 
 KeyFrameDataList COrvelKeyFrameManager::TakeAllKeyFrameData()
@@ -87,6 +89,7 @@ KeyFrameDataList COrvelKeyFrameManager::TakeAllKeyFrameData()
     KeyFrameAtFrame(0).Apply();
     KeyFrameDataList taken;
     ListAllKeyFrameData(taken);
+    filedFrames.clear();
     keyFrameDataByEntity.clear();
     entityAliases.clear();
     currentFrame = 0;
@@ -107,6 +110,7 @@ void COrvelKeyFrameManager::TakeKeyFrameDataInRange(int from, int to, const COrv
     const auto entity = keyFrameDataByEntity.find(id);
     if (entity == keyFrameDataByEntity.end())
         return;
+    filedFrames.clear();
     TakeRange(entity->second, from, to, list);
     EraseWithoutData(keyFrameDataByEntity, entity);
 }
@@ -117,6 +121,7 @@ KeyFrameDataList COrvelKeyFrameManager::TakeAllKeyFrameDataOf(const COrvelID& id
     const auto entity = keyFrameDataByEntity.find(ResolveAlias(id));
     if (entity == keyFrameDataByEntity.end())
         return taken;
+    filedFrames.clear();
     taken.reserve(entity->second.size());
     for (auto& [start, data] : entity->second) {
         entityAliases.erase(data->TargetEntityID());
@@ -139,6 +144,7 @@ void COrvelKeyFrameManager::RemoveKeyFrameData(const COrvelPtr<COrvelKeyFrameDat
     const auto entity = keyFrameDataByEntity.find(data->AnimatedEntityID());
     if (entity == keyFrameDataByEntity.end())
         return;
+    filedFrames.clear();
     entity->second.erase(data->StartFrame());
     EraseWithoutData(keyFrameDataByEntity, entity);
 }

@@ -141,6 +141,29 @@ void HeldShapes(benchmark::State& state)
 }
 BENCHMARK(HeldShapes)->Arg(10'000);
 
+/// A whole timeline is moved by the distance of its data, so that each takes the place of the next one, and filed anew
+/// data by data.
+void RefiledTimeline(benchmark::State& state)
+{
+    Timeline timeline;
+    const COrvelID id = COrvelTransform::Create(&timeline.document)->ID();
+    const int count = static_cast<int>(state.range(0));
+    for (int k = 0; k < count; ++k)
+        timeline.Store(10 * k, 10 * k + 9, COrvelKeyFrameDataTransform::CreateTransformKeyFrameData(id, Placement(k)));
+    KeyFrameDataList list;
+    timeline.manager->ListAllKeyFrameData(list);
+    int distance = 10;
+    for (auto _ : state) {
+        for (const COrvelPtr<COrvelKeyFrameData>& data : list) {
+            data->ShiftFrames(distance);
+            timeline.manager->RefileKeyFrameData(data);
+        }
+        distance = -distance;
+    }
+    state.SetItemsProcessed(state.iterations() * count);
+}
+BENCHMARK(RefiledTimeline)->Arg(1'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+
 /// The world matrix at the end of a chain of animated nodes.
 void WorldMatrix(benchmark::State& state)
 {

@@ -153,6 +153,13 @@ TEST_F(KeyFrameData, KeepsItsFramesInOrderWhenTheyAreSet)
         {"scale", [](auto& data) { data.ScaleFrames(1.5); }, {4, 10, 6, 9, 7}},
         {"shrink", [](auto& data) { data.ScaleFrames(0.5); }, {3, 7, 4, 6, 5}},
         {"no number", [](auto& data) { data.ScaleFrames(std::numeric_limits<double>::quiet_NaN()); }, {3, 7, 4, 6, 5}},
+        {"scale without end",
+         [](auto& data) {
+             data.SetStartFrame(0, false);
+             data.SetConstantSpeedStartFrame(0);
+             data.ScaleFrames(std::numeric_limits<double>::infinity());
+         },
+         {0, INT_MAX, 0, INT_MAX, INT_MAX}},
         {"scale beyond all frames",
          [](auto& data) { data.ScaleFrames(1e300); },
          {INT_MAX, INT_MAX, INT_MAX, INT_MAX, INT_MAX}},

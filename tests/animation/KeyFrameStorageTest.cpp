@@ -152,6 +152,48 @@ TEST_F(KeyFrameStorage, RefilesADataUnderItsNewStartFrame)
     EXPECT_EQ(manager->LastFrame(), 14) << "the range of the timeline does not change";
 }
 
+TEST_F(KeyFrameStorage, RefilesMovedTimelinesAsByASearchForEachData)
+{
+    std::mt19937 random(20261123);
+    const auto upTo = [&random](int last) { return std::uniform_int_distribution<int>(0, last)(random); };
+    KeyFrameDataByFrame model;
+    const auto refile = [&](const COrvelPtr<COrvelKeyFrameData>& data) {
+        std::erase_if(model, [&](const auto& stored) { return stored.second == data; });
+        model[data->StartFrame()] = data;
+        manager->RefileKeyFrameData(data);
+    };
+    for (int round = 0; round < 60; ++round) {
+        SCOPED_TRACE(round);
+        Add({{10 * upTo(30), 300}});
+        for (int k = 0; k < 20; ++k)
+            Add({{10 * k, 10 * k + upTo(9)}});
+        KeyFrameDataList list;
+        manager->ListAllKeyFrameData(list);
+        model.clear();
+        for (const COrvelPtr<COrvelKeyFrameData>& data : list)
+            model[data->StartFrame()] = data;
+        // By the distance of the data, so that each replaces the next one, or by any other.
+        const int distance = 10 * upTo(2) + upTo(1);
+        std::ranges::shuffle(list, random);
+        for (const COrvelPtr<COrvelKeyFrameData>& data : list) {
+            data->ShiftFrames(distance);
+            refile(data);
+            if (upTo(9) == 0) {
+                KeyFrameDataList taken;
+                manager->TakeKeyFrameDataInRange(100, 110, id, taken);
+                std::erase_if(model, [&](const auto& one) { return std::ranges::count(taken, one.second) != 0; });
+            }
+        }
+        KeyFrameDataList expected;
+        for (const auto& [start, data] : model)
+            expected.push_back(data);
+        KeyFrameDataList got;
+        manager->ListAllKeyFrameData(got);
+        ASSERT_EQ(got, expected);
+        manager->ClearKeyFrameData();
+    }
+}
+
 TEST_F(KeyFrameStorage, TakesDataOutByFrame)
 {
     Add({{0, 10}});

@@ -179,6 +179,11 @@ void WritePart(SectionWriter& section, const std::function<void(SectionWriter&)>
     section.writeNoUserData();
 }
 
+std::uint32_t LastIdentifier()
+{
+    return identifiers.nextFree() - 1;
+}
+
 void WriteExplicitGraphics(SectionWriter& section, std::uint32_t style, std::uint16_t behaviour)
 {
     section.writeBoolean(false);

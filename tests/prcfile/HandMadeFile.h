@@ -54,6 +54,9 @@ void WriteOccurrence(SectionWriter& section, const OccurrenceFields& fields);
 /// A part with items that the caller writes, their number first.
 void WritePart(SectionWriter& section, const std::function<void(SectionWriter&)>& writeItems);
 
+/// The identifier that was written last, in any file.
+[[nodiscard]] std::uint32_t LastIdentifier();
+
 /// The head that all items share.
 void WriteItemHead(SectionWriter& section, EntityType type, std::uint32_t style, std::uint32_t coordinateSystem,
                    std::uint32_t tessellation);

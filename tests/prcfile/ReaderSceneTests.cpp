@@ -194,50 +194,95 @@ TEST(PlacedScenes, LeaveOutWhatHasNoEnd)
     EXPECT_THAT(deep.notes, ElementsAre(HasSubstr("below the deepest level")));
 }
 
-TEST(ReadReferences, ToThingsBelowAnOccurrence)
+void WriteReferenceHead(SectionWriter& section, std::uint32_t style, EntityType kind)
 {
-    const auto references = [](SectionWriter& section) {
-        prc::IdentifierCounter identifiers;
-        section.writeUnsignedInteger(2);
-        section.writeEntityType(EntityType::EntityReference);
-        section.writeReferenceBase("red face", identifiers);
-        WriteExplicitGraphics(section, 4, 1);
-        section.writeUnsignedInteger(0);
-        section.writeBoolean(true);
-        section.writeEntityType(EntityType::ReferenceOnTopology);
-        section.writeUnsignedInteger(149);
-        section.writeBoolean(true);
-        section.writeBoolean(true); // same file structure
-        section.writeUnsignedInteger(2);
-        section.writeUnsignedInteger(3);
+    prc::IdentifierCounter identifiers;
+    section.writeEntityType(EntityType::EntityReference);
+    section.writeReferenceBase("reference", identifiers);
+    WriteExplicitGraphics(section, style, 1);
+    section.writeUnsignedInteger(0); // coordinate system
+    section.writeBoolean(true);
+    section.writeEntityType(kind);
+}
+
+/// Gives a style to face 1 of the item with the body 3 of the context 2.
+void WriteFaceReference(SectionWriter& section, std::uint32_t style)
+{
+    WriteReferenceHead(section, style, EntityType::ReferenceOnTopology);
+    section.writeUnsignedInteger(149);
+    section.writeBits(0b11, 2); // there are data; same file structure
+    for (const std::uint32_t number : {2U, 3U, 1U, 1U})
+        section.writeUnsignedInteger(number);
+    section.writeNoUserData();
+}
+
+void WriteEntityReference(SectionWriter& section, std::uint32_t style, std::uint32_t identifier,
+                          const prc::UniqueId& structure)
+{
+    WriteReferenceHead(section, style, EntityType::ReferenceOnBase);
+    section.writeUnsignedInteger(237);
+    section.writeBoolean(false);
+    section.writeUniqueId(structure);
+    section.writeUnsignedInteger(identifier);
+    section.writeNoUserData();
+}
+
+TEST(PlacedScenes, GiveEntitiesAndFacesTheStylesOfTheOutermostReference)
+{
+    std::uint32_t item = 0;
+    const auto parts = [&item](SectionWriter& section) {
         section.writeUnsignedInteger(1);
-        section.writeUnsignedInteger(17);
-        section.writeNoUserData();
-        section.writeEntityType(EntityType::EntityReference);
-        section.writeReferenceBase(std::nullopt, identifiers);
-        WriteExplicitGraphics(section, 77, 1);
-        section.writeUnsignedInteger(0);
-        section.writeBoolean(true);
-        section.writeEntityType(EntityType::ReferenceOnBase);
-        section.writeUnsignedInteger(237);
-        section.writeBoolean(false);
-        section.writeUniqueId({9, 9, 9, 9});
-        section.writeUnsignedInteger(23);
-        section.writeNoUserData();
+        WritePart(section, [&item](SectionWriter& items) {
+            items.writeUnsignedInteger(2);
+            WriteItemHead(items, EntityType::BrepModel, 0, nullIndex, 0);
+            items.writeBoolean(true);
+            items.writeUnsignedInteger(2);
+            items.writeUnsignedInteger(3);
+            items.writeBoolean(true);
+            items.writeNoUserData();
+            WriteItemHead(items, EntityType::PolyBrepModel, 0, nullIndex, 0);
+            item = LastIdentifier();
+            items.writeBoolean(true);
+            items.writeNoUserData();
+        });
     };
-    const Model::PRCModel model = prc::readPRC(FileOf({{.name = "root", .writeEntityReferences = references}}).Bytes());
-    ASSERT_THAT(model.structures[0].occurrences, SizeIs(1));
-    const auto& read = model.structures[0].occurrences[0].entityReferences;
-    ASSERT_THAT(read, SizeIs(2));
-    EXPECT_EQ(read[0].graphics.style, 4U);
-    EXPECT_EQ(read[0].entityType, 149U);
-    EXPECT_THAT(read[0].body, ElementsAre(2, 3));
-    EXPECT_THAT(read[0].topologyIndices, ElementsAre(17));
-    EXPECT_EQ(read[1].identifier, 23U);
-    EXPECT_EQ(read[1].structure, nullIndex);
-    EXPECT_EQ(read[1].graphics.style, nullIndex) << "there are five";
+    const auto ofLeaf = [](SectionWriter& section) {
+        section.writeUnsignedInteger(1);
+        WriteFaceReference(section, 1);
+    };
+    const auto ofOuter = [&item](SectionWriter& section) {
+        section.writeUnsignedInteger(4);
+        WriteFaceReference(section, 2);
+        WriteEntityReference(section, 3, item, HandMadeFile::structureId);
+        WriteEntityReference(section, 4, item, {9, 9, 9, 9});               // no such structure
+        WriteEntityReference(section, 77, item, HandMadeFile::structureId); // no such style
+    };
+    HandMadeFile file = FileOf({{.name = "leaf", .part = 0, .writeEntityReferences = ofLeaf},
+                                {.name = "outer", .children = {0}, .writeEntityReferences = ofOuter},
+                                {.name = "root", .children = {1, 0}}},
+                               parts);
+    const MeshFields mesh{.coordinates = {0, 0, 0, 1, 0, 0, 0, 1, 0},
+                          .indices = {0, 3, 6, 0, 3, 6},
+                          .faces = {{.sizes = {1}}, {.start = 3, .sizes = {1}}},
+                          .recalculateNormals = true};
+    file.tessellation = TessellationsOf(1, [&mesh](SectionWriter& section) { WriteMesh(section, mesh); });
+    const Model::PRCModel model = prc::readPRC(file.Bytes());
     ASSERT_THAT(model.findings, SizeIs(1));
     EXPECT_THAT(model.findings[0].text, HasSubstr("table of 5, the first is 77"));
+
+    const Model::PlacedScene scene = Model::placeScene(model);
+    EXPECT_THAT(scene.notes, ElementsAre(HasSubstr("2 entity references are not applied")));
+    struct Expected
+    {
+        std::uint32_t item, face0, face1;
+    };
+    const Expected expected[] = {{0, 0, 2}, {3, 3, 3}, {0, 0, 1}, {0, 0, 0}};
+    ASSERT_THAT(scene.items, SizeIs(std::size(expected))) << "two below the outer occurrence, two directly";
+    for (std::size_t i = 0; i < std::size(expected); ++i) {
+        EXPECT_EQ(scene.items[i].style.style, expected[i].item) << i;
+        EXPECT_EQ(Model::styleOfFace(model, scene, scene.items[i], 0).style, expected[i].face0) << i;
+        EXPECT_EQ(Model::styleOfFace(model, scene, scene.items[i], 1).style, expected[i].face1) << i;
+    }
 }
 
 } // namespace

@@ -33,6 +33,7 @@ public:
     [[nodiscard]] bool ok() const { return !failed; }
     [[nodiscard]] std::size_t bitsLeft() const { return end - position; }
     [[nodiscard]] std::size_t bitPosition() const { return position; }
+    [[nodiscard]] std::size_t bitCount() const { return end; }
 
     bool readBoolean() { return readBits(1) != 0; }
     std::uint8_t readCharacter() { return static_cast<std::uint8_t>(readBits(8)); }
@@ -50,6 +51,13 @@ public:
     double readDouble();
 
     void skip(std::size_t bits) { advance(bits); }
+
+    /// Passes over a text.
+    void skipString()
+    {
+        if (readBoolean())
+            skip(std::size_t{readUnsignedInteger()} * 8);
+    }
 
     /// Ends the reading: everything after this is zero.
     ///
@@ -173,7 +181,8 @@ inline double BitReader::readDouble()
         advance(code.length + 6U);
         pattern |= readMantissaBytes((pattern | sign) >> 48);
     }
-    return failed ? 0.0 : std::bit_cast<double>(pattern | sign);
+    // Adding zero takes the sign off a zero and leaves all other numbers alone.
+    return failed ? 0.0 : std::bit_cast<double>(pattern | sign) + 0.0;
 }
 
 } // namespace prc

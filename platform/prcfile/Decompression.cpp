@@ -28,17 +28,16 @@ constexpr std::uint64_t largestExpansion = 1032;
 
 } // namespace
 
-UnpackedStream unpackStream(std::span<const std::uint8_t> input, std::uint64_t limit)
+UnpackedStream unpackStream(std::span<const std::uint8_t> input, std::uint64_t likelySize, std::uint64_t limit)
 {
     const std::unique_ptr<libdeflate_decompressor, FreeDecompressor> decompressor(libdeflate_alloc_decompressor());
     if (!decompressor)
         throw std::bad_alloc();
     const std::uint64_t most = std::min<std::uint64_t>(limit, input.size() * largestExpansion + smallestRoom);
-    // The stream may be followed by others: the guess is made from all that is left, but begins small.
-    constexpr std::uint64_t largestFirstRoom = std::uint64_t{1} << 20;
-    std::uint64_t room = std::min({most, input.size() * firstGuess + smallestRoom, largestFirstRoom});
+    std::uint64_t room = std::min(most, std::min<std::uint64_t>(likelySize, input.size()) * firstGuess + smallestRoom);
     UnpackedStream stream;
     while (true) {
+        stream.room = room;
         stream.bytes = ByteBuffer();
         stream.bytes.resize(static_cast<std::size_t>(room) + BitReader::paddingBytes);
         const libdeflate_result result =

@@ -6,19 +6,22 @@
 #include <cstdint>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace prc
 {
 
-/// Gathers what a reader has to say about one place of a file, a section as a rule.
+/// Gathers what a reader has to say about one place of a file, a section as a rule. A model has a limited number of
+/// findings; notes leave room for errors, so that none of these is overlooked.
 class Findings
 {
 public:
-    /// @param list      not owned.
+    static constexpr std::size_t mostNotes = 200;
+    static constexpr std::size_t mostFindings = 250;
+
+    /// @param target    gets the findings; not owned.
     /// @param placeName "tree of file structure 0".
-    Findings(std::vector<Model::Finding>& list, std::string placeName)
-        : findings(list)
+    Findings(Model::PRCModel& target, std::string placeName)
+        : model(target)
         , place(std::move(placeName))
     {}
 
@@ -36,10 +39,13 @@ public:
 private:
     void add(Model::Severity severity, std::string where, std::string text)
     {
-        findings.push_back({severity, std::move(where), std::move(text)});
+        if (model.findings.size() < (severity == Model::Severity::Note ? mostNotes : mostFindings))
+            model.findings.push_back({severity, std::move(where), std::move(text)});
+        else
+            ++model.findingsLeftOut;
     }
 
-    std::vector<Model::Finding>& findings;
+    Model::PRCModel& model;
     std::string place;
 };
 

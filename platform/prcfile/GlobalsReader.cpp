@@ -25,16 +25,6 @@ void skipFonts(SectionReader& section)
     }
 }
 
-void readColours(SectionReader& section, Globals& globals)
-{
-    const std::uint32_t count = section.readCount(6, sizeof(Colour), "colours");
-    for (std::uint32_t number = 0; number < count && section.ok(); ++number) {
-        const Colour colour = section.readVector();
-        if (section.ok())
-            globals.colours.push_back(colour);
-    }
-}
-
 void readPicture(SectionReader& section, Picture& picture)
 {
     if (!section.expectEntity(EntityType::Picture, "a picture"))
@@ -131,9 +121,7 @@ void readTextureDefinition(SectionReader& section, TextureDefinition& texture)
 {
     if (!section.expectEntity(EntityType::TextureDefinition, "a texture definition"))
         return;
-    SectionReader::Identity identity = section.readReferenceBase();
-    texture.name = std::move(identity.name);
-    texture.identifier = identity.identifier;
+    section.readIdentity(texture);
     texture.picture = section.readIndexPlusOne();
     readTextureMapping(section, texture);
     readTextureFunction(section, texture);
@@ -150,9 +138,7 @@ void readTextureDefinition(SectionReader& section, TextureDefinition& texture)
 Material readMaterial(SectionReader& section)
 {
     Material material;
-    SectionReader::Identity identity = section.readReferenceBase();
-    material.name = std::move(identity.name);
-    material.identifier = identity.identifier;
+    section.readIdentity(material);
     material.ambient = section.readIndexPlusOne();
     material.diffuse = section.readIndexPlusOne();
     material.emissive = section.readIndexPlusOne();
@@ -169,9 +155,7 @@ Material readMaterial(SectionReader& section)
 TextureApplication readTextureApplication(SectionReader& section)
 {
     TextureApplication application;
-    SectionReader::Identity identity = section.readReferenceBase();
-    application.name = std::move(identity.name);
-    application.identifier = identity.identifier;
+    section.readIdentity(application);
     application.material = section.readIndexPlusOne();
     application.texture = section.readIndexPlusOne();
     application.next = section.readIndexPlusOne();
@@ -195,9 +179,7 @@ void readLinePattern(SectionReader& section, LinePattern& pattern)
 {
     if (!section.expectEntity(EntityType::LinePattern, "a line pattern"))
         return;
-    SectionReader::Identity identity = section.readReferenceBase();
-    pattern.name = std::move(identity.name);
-    pattern.identifier = identity.identifier;
+    section.readIdentity(pattern);
     section.readDoubles(pattern.lengths, section.readCount(2, sizeof(double), "lengths of a line pattern"));
     pattern.phase = section.readDouble();
     pattern.realLength = section.readBoolean();
@@ -208,9 +190,7 @@ void readStyle(SectionReader& section, Style& style)
 {
     if (!section.expectEntity(EntityType::Style, "a style"))
         return;
-    SectionReader::Identity identity = section.readReferenceBase();
-    style.name = std::move(identity.name);
-    style.identifier = identity.identifier;
+    section.readIdentity(style);
     style.lineWidth = section.readDouble();
     const bool isVectorPicture = section.readBoolean();
     const std::uint32_t pattern = section.readIndexPlusOne();
@@ -237,7 +217,7 @@ void skipFillPattern(SectionReader& section)
         section.fail("expected a fill pattern (723, 724, 725), found " + entityTypeName(type));
         return;
     }
-    section.readReferenceBase();
+    section.skipReferenceBase();
     section.readUnsignedInteger(); // next pattern
     if (entity == EntityType::DottingPattern) {
         section.readDouble();
@@ -260,28 +240,13 @@ void readCoordinateSystem(SectionReader& section, CoordinateSystem& system)
 {
     if (!section.expectEntity(EntityType::CoordinateSystem, "a coordinate system"))
         return;
-    SectionReader::Identity identity = section.readReferenceBase();
-    system.name = std::move(identity.name);
-    system.identifier = identity.identifier;
+    section.readIdentity(system);
     section.readGraphics();
     section.readUnsignedInteger(); // a coordinate system of its own
     section.readUnsignedInteger(); // tessellation
     system.transformation = section.readTransformation();
     section.readAddedFields(EntityType::CoordinateSystem);
     section.skipUserData();
-}
-
-/// Reads a table: its size, then its entries. An entry that the section ends in is left out.
-template <typename Entry, typename Read>
-void readTable(SectionReader& section, std::vector<Entry>& table, unsigned minimumBits, const char* what, Read read)
-{
-    const std::uint32_t count = section.readCount(minimumBits, sizeof(Entry), what);
-    for (std::uint32_t number = 0; number < count && section.ok(); ++number) {
-        Entry entry;
-        read(section, entry);
-        if (section.ok())
-            table.push_back(std::move(entry));
-    }
 }
 
 } // namespace
@@ -298,16 +263,20 @@ void readGlobals(SectionReader& section, Globals& globals)
     globals.tessellationAngleInDegrees = section.readDouble();
     section.readString(); // default font
     skipFonts(section);
-    readColours(section, globals);
-    readTable(section, globals.pictures, 14, "pictures", readPicture);
-    readTable(section, globals.textures, 20, "texture definitions", readTextureDefinition);
-    readTable(section, globals.materials, 20, "materials", readMaterialEntry);
-    readTable(section, globals.linePatterns, 10, "line patterns", readLinePattern);
-    readTable(section, globals.styles, 20, "styles", readStyle);
+    section.readTable(globals.colours, 6, "colours", [&section](Colour& colour) { colour = section.readVector(); });
+    section.readTable(globals.pictures, 14, "pictures", [&section](auto& entry) { readPicture(section, entry); });
+    section.readTable(globals.textures, 20, "texture definitions",
+                      [&section](auto& entry) { readTextureDefinition(section, entry); });
+    section.readTable(globals.materials, 20, "materials",
+                      [&section](auto& entry) { readMaterialEntry(section, entry); });
+    section.readTable(globals.linePatterns, 10, "line patterns",
+                      [&section](auto& entry) { readLinePattern(section, entry); });
+    section.readTable(globals.styles, 20, "styles", [&section](auto& entry) { readStyle(section, entry); });
     const std::uint32_t patterns = section.readCount(20, 0, "fill patterns");
     for (; globals.fillPatternCount < patterns && section.ok(); ++globals.fillPatternCount)
         skipFillPattern(section);
-    readTable(section, globals.coordinateSystems, 20, "coordinate systems", readCoordinateSystem);
+    section.readTable(globals.coordinateSystems, 20, "coordinate systems",
+                      [&section](auto& entry) { readCoordinateSystem(section, entry); });
     section.readAddedFields(EntityType::FileStructureGlobals);
     section.skipUserData();
 }

@@ -82,7 +82,7 @@ bool readOffsets(ByteReader& bytes, Model::FileStructure& structure, Findings& f
 
 bool readMainHeader(std::span<const std::uint8_t> file, const ReadLimits& limits, Model::PRCModel& model)
 {
-    Findings findings(model.findings, "main header");
+    Findings findings(model, "main header");
     ByteReader bytes(file, 0);
     model.fileSize = file.size();
     if (!bytes.readSignature()) {
@@ -127,6 +127,10 @@ void readStructureHeader(std::span<const std::uint8_t> file, Model::FileStructur
                          Findings& findings)
 {
     Model::SectionSummary& section = structure.sections[static_cast<std::size_t>(Section::Header)];
+    if (section.offset == 0) {
+        findings.error("expected a header: the main header states none");
+        return;
+    }
     section.state = Model::SectionState::Partial;
     ByteReader bytes(file, section.offset);
     if (!bytes.readSignature()) {
@@ -146,7 +150,8 @@ void readStructureHeader(std::span<const std::uint8_t> file, Model::FileStructur
         if (!bytes.ok())
             break;
         if (!budget.take(size + sizeof(std::vector<std::uint8_t>))) {
-            findings.errorAtByte(bytes.position(), "the limit for the size of the decoded model is reached");
+            findings.errorAtByte(bytes.position(), "the model takes up more than the limit of " +
+                                                       std::to_string(budget.whole()) + " bytes");
             return;
         }
         structure.storedFiles.emplace_back(picture.begin(), picture.end());

@@ -93,7 +93,8 @@ struct PRCModel
     double unitInMillimetres = 1.0;
     std::vector<OccurrenceReference> roots; ///< existing occurrences only; at least one when the file has any.
 
-    std::vector<Finding> findings; ///< in the order of reading.
+    std::vector<Finding> findings;     ///< in the order of reading; the first few hundred.
+    std::uint64_t findingsLeftOut = 0; ///< how many there were beyond these.
 
     [[nodiscard]] bool hasErrors() const
     {

@@ -78,6 +78,8 @@ DecodedPicture decodeRows(const Picture& picture, Bytes bytes, std::uint64_t lim
         return failure("pictures of this format are not decoded");
     decoded.size = {picture.width, picture.height};
     const std::uint64_t area = std::uint64_t{picture.width} * picture.height;
+    if (area == 0)
+        return failure("the picture states no size");
     if (area > limit / decoded.components)
         return failure("the picture exceeds the limit for its size");
     const std::uint64_t size = area * decoded.components;
@@ -85,7 +87,7 @@ DecodedPicture decodeRows(const Picture& picture, Bytes bytes, std::uint64_t lim
         decoded.pixels.assign(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size));
         return decoded;
     }
-    const UnpackedStream stream = unpackStream(bytes, size);
+    const UnpackedStream stream = unpackStream(bytes, bytes.size(), size);
     if (stream.result != UnpackingResult::Done || stream.unpackedBytes < size)
         return failure("the rows of the picture are damaged or too short");
     decoded.pixels.assign(stream.view().begin(), stream.view().begin() + static_cast<std::ptrdiff_t>(size));

@@ -6,15 +6,18 @@
 #include "platform/prcfile/HeaderReader.h"
 #include "platform/prcfile/ReferenceChecks.h"
 #include "platform/prcfile/SectionReader.h"
+#include "platform/prcfile/StructureIds.h"
 #include "platform/prcfile/TessellationReader.h"
 #include "platform/prcfile/TreeReader.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <memory>
 #include <string>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 namespace prc
 {
@@ -35,10 +38,14 @@ public:
         : file(fileBytes)
         , limits(readLimits)
         , model(target)
-        , unpackBudget(readLimits.unpackedBytes)
-        , decodedBudget(readLimits.decodedBytes)
+        , unpackBudget(unpackLimit(fileBytes.size(), readLimits))
+        , decodedBudget(std::min(readLimits.decodedBytes, unpackBudget.whole() * decodedPerUnpacked))
     {}
 
+    /// The main header, and from it what all sections need. Called first.
+    ///
+    /// @return false when nothing more can be read from the file.
+    [[nodiscard]] bool readHeader();
     void readStructure(std::size_t number);
     void readModelFile();
 
@@ -46,6 +53,16 @@ private:
     template <typename Read>
     void readSection(SectionSummary& summary, Findings& findings, const Schemas& schemas, Read read);
 
+    static constexpr std::uint64_t decodedPerUnpacked = 16;
+
+    static std::uint64_t unpackLimit(std::size_t fileSize, const ReadLimits& limits)
+    {
+        constexpr std::uint64_t always = std::uint64_t{1} << 24;
+        const std::uint64_t times = std::min(limits.expansion, limits.unpackedBytes);
+        return std::min(limits.unpackedBytes, always + times * fileSize);
+    }
+
+    [[nodiscard]] std::uint64_t likelySize(std::uint64_t offset) const;
     [[nodiscard]] UnpackedStream unpack(SectionSummary& summary, Findings& findings);
     [[nodiscard]] Findings findingsFor(Section section, std::size_t structure);
     void measureSection(FileStructure& structure, std::size_t number, Section section);
@@ -56,31 +73,68 @@ private:
     PRCModel& model;
     ReadBudget unpackBudget;
     ReadBudget decodedBudget;
+    StructureIds structureIds{{}};
+    std::vector<std::uint64_t> offsets; ///< of all sections, ascending, and the end of the file.
 };
+
+bool FileReader::readHeader()
+{
+    if (!readMainHeader(file, limits, model))
+        return false;
+    structureIds = StructureIds(model.structures);
+    for (const FileStructure& structure : model.structures) {
+        for (const SectionSummary& section : structure.sections)
+            offsets.push_back(section.offset);
+    }
+    offsets.push_back(model.modelFile.offset);
+    offsets.push_back(file.size());
+    std::ranges::sort(offsets);
+    return true;
+}
 
 Findings FileReader::findingsFor(Section section, std::size_t structure)
 {
-    return {model.findings, std::string(sectionNames[static_cast<std::size_t>(section)]) + " of file structure " +
-                                std::to_string(structure)};
+    return {model, std::string(sectionNames[static_cast<std::size_t>(section)]) + " of file structure " +
+                       std::to_string(structure)};
+}
+
+/// Sections are not said to be of any size; as a rule each ends where the next one begins.
+std::uint64_t FileReader::likelySize(std::uint64_t offset) const
+{
+    const auto next = std::ranges::upper_bound(offsets, offset);
+    return next != offsets.end() ? *next - offset : 0;
 }
 
 UnpackedStream FileReader::unpack(SectionSummary& summary, Findings& findings)
 {
     summary.state = SectionState::Damaged;
     UnpackedStream stream;
-    if (summary.offset >= file.size()) {
-        findings.errorAtByte(summary.offset, "the section is said to begin behind the end of the file");
+    if (summary.offset == 0) {
+        summary.state = SectionState::Absent;
+        findings.error("expected a section: the main header states none");
         return stream;
     }
-    stream = unpackStream(file.subspan(static_cast<std::size_t>(summary.offset)), unpackBudget.rest());
+    if (summary.offset < model.headerBytes || summary.offset >= file.size()) {
+        findings.errorAtByte(summary.offset,
+                             "expected a section behind the main header and inside the file, which end at " +
+                                 std::to_string(model.headerBytes) + " and " + std::to_string(file.size()));
+        return stream;
+    }
+    stream = unpackStream(file.subspan(static_cast<std::size_t>(summary.offset)), likelySize(summary.offset),
+                          unpackBudget.rest());
     summary.storedBytes = stream.storedBytes;
     summary.unpackedBytes = stream.unpackedBytes;
-    if (stream.result == UnpackingResult::Damaged)
+    // What fails costs time too, and a file may have thousands of sections. Half of the rest stays for those behind.
+    std::uint64_t cost = stream.unpackedBytes;
+    if (stream.result == UnpackingResult::Damaged) {
+        cost = std::min(stream.room, unpackBudget.rest() / 2);
         findings.errorAtByte(summary.offset, "expected a complete zlib stream: the section is damaged or cut off");
-    else if (stream.result == UnpackingResult::OverTheLimit)
+    } else if (stream.result == UnpackingResult::OverTheLimit) {
+        cost = unpackBudget.rest() / 2;
         findings.errorAtByte(summary.offset, "the sections unpack to more than the limit of " +
-                                                 std::to_string(limits.unpackedBytes) + " bytes");
-    else if (!unpackBudget.take(stream.unpackedBytes))
+                                                 std::to_string(unpackBudget.whole()) + " bytes");
+    }
+    if (!unpackBudget.take(cost))
         stream.result = UnpackingResult::OverTheLimit;
     return stream;
 }
@@ -96,6 +150,8 @@ void FileReader::readSection(SectionSummary& summary, Findings& findings, const 
     summary.state = section.ok() ? SectionState::Read : SectionState::Partial;
     if (!section.ok())
         findings.errorAtBit(section.failurePosition(), section.failureReason());
+    else if (section.bitsLeft() >= 8)
+        findings.note(std::to_string(section.bitsLeft()) + " bits are left over behind all that is known");
 }
 
 /// Exact geometry is not read; what it takes up is of interest all the same.
@@ -103,7 +159,7 @@ void FileReader::measureSection(FileStructure& structure, std::size_t number, Se
 {
     SectionSummary& summary = structure.sections[static_cast<std::size_t>(section)];
     if (summary.offset == 0)
-        return;
+        return; // an old file may do without
     Findings findings = findingsFor(section, number);
     if (unpack(summary, findings).result == UnpackingResult::Done)
         summary.state = SectionState::Skipped;
@@ -128,13 +184,13 @@ void FileReader::readStructure(std::size_t number)
     });
     Findings treeFindings = findingsFor(Section::Tree, number);
     readSection(summary(Section::Tree), treeFindings, schemas,
-                [&](SectionReader& section) { readTree(section, model.structures, number); });
+                [&](SectionReader& section) { readTree(section, structureIds, structure, number); });
     Findings meshFindings = findingsFor(Section::Tessellation, number);
     readSection(summary(Section::Tessellation), meshFindings, schemas,
                 [&](SectionReader& section) { readTessellations(section, structure, meshFindings); });
     measureSection(structure, number, Section::Geometry);
     measureSection(structure, number, Section::ExtraGeometry);
-    Findings referenceFindings(model.findings, "file structure " + std::to_string(number));
+    Findings referenceFindings(model, "file structure " + std::to_string(number));
     resolveReferences(structure, referenceFindings);
 }
 
@@ -144,7 +200,7 @@ void FileReader::readRoots(SectionReader& section, Findings& findings)
     const std::uint32_t count = section.readCount(rootBits, sizeof(OccurrenceReference), "roots");
     for (std::uint32_t number = 0; number < count && section.ok(); ++number) {
         OccurrenceReference root;
-        root.structure = findStructure(model.structures, section.readUniqueId());
+        root.structure = structureIds.find(section.readUniqueId());
         root.occurrence = section.readIndexPlusOne();
         section.readBoolean(); // active
         if (!section.ok())
@@ -158,7 +214,7 @@ void FileReader::readRoots(SectionReader& section, Findings& findings)
 
 void FileReader::readModelFile()
 {
-    Findings findings(model.findings, "model file");
+    Findings findings(model, "model file");
     Schemas schemas;
     readSection(model.modelFile, findings, schemas, [&](SectionReader& section) {
         readSchemas(section, schemas);
@@ -169,11 +225,15 @@ void FileReader::readModelFile()
         const double unit = section.readDouble();
         if (!section.ok())
             return;
-        model.unitInMillimetres = unit;
+        if (unit > 0.0)
+            model.unitInMillimetres = unit;
+        else
+            findings.note("expected a unit of more than 0 mm, found " + std::to_string(unit) + ": it counts as 1");
         readRoots(section, findings);
         for (std::size_t number = 0; number < model.structures.size(); ++number)
             section.readUnsignedInteger();
         // User data come last, and one producer's do not fit the section: nothing would be gained by reading them.
+        section.skip(section.bitsLeft());
     });
 }
 
@@ -183,7 +243,7 @@ void findMissingRoot(PRCModel& model)
 {
     if (!model.roots.empty())
         return;
-    Findings findings(model.findings, "file");
+    Findings findings(model, "file");
     for (std::uint32_t number = 0; number < model.structures.size(); ++number) {
         const FileStructure& structure = model.structures[number];
         if (structure.occurrences.empty())
@@ -216,12 +276,12 @@ struct CloseFile
 PRCModel readPRC(std::span<const std::uint8_t> file, const ReadLimits& limits)
 {
     PRCModel model;
-    if (!readMainHeader(file, limits, model))
-        return model;
     FileReader reader(file, limits, model);
+    if (!reader.readHeader())
+        return model;
     for (std::size_t number = 0; number < model.structures.size(); ++number)
         reader.readStructure(number);
-    Findings findings(model.findings, "file");
+    Findings findings(model, "file");
     resolveOccurrenceReferences(model.structures, findings);
     reader.readModelFile();
     findMissingRoot(model);

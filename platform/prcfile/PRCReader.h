@@ -16,6 +16,12 @@ struct ReadLimits
 {
     std::uint64_t unpackedBytes = std::uint64_t{1} << 30; ///< of all compressed sections together.
     std::uint64_t decodedBytes = std::uint64_t{4} << 30;  ///< of what is kept in the model.
+
+    /// Keeps what a small file may take up in proportion: its sections unpack to no more than this many times the size
+    /// of the file and 16 MiB, and sixteen times as much is kept in the model. Real models unpack to 2 to 50 times
+    /// their size.
+    std::uint64_t expansion = 256;
+
     std::uint32_t fileStructures = 1000;
 };
 

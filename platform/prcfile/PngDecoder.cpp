@@ -50,6 +50,11 @@ bool readHeader(png_structp png, png_infop info, Source& source)
     if (setjmp(png_jmpbuf(png)) != 0)
         return false;
     png_read_info(png, info);
+    // Before the memory for its pixels is taken: deflate expands about 1032 times at most.
+    constexpr std::uint64_t largestExpansion = 1040;
+    if (std::uint64_t{png_get_rowbytes(png, info)} * png_get_image_height(png, info) / largestExpansion >
+        source.file.size())
+        png_error(png, "the picture is cut off");
     png_set_expand(png);
     png_set_strip_16(png);
     png_set_interlace_handling(png);

@@ -10,7 +10,8 @@ class ReadBudget
 {
 public:
     explicit ReadBudget(std::uint64_t bytes)
-        : left(bytes)
+        : limit(bytes)
+        , left(bytes)
     {}
 
     /// @return false when there is not so much left; nothing is taken then.
@@ -23,8 +24,10 @@ public:
     }
 
     [[nodiscard]] std::uint64_t rest() const { return left; }
+    [[nodiscard]] std::uint64_t whole() const { return limit; }
 
 private:
+    std::uint64_t limit;
     std::uint64_t left;
 };
 

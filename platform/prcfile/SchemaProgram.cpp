@@ -127,7 +127,7 @@ bool SchemaRunner::takeStep(unsigned depth)
         fail("a schema is nested too deeply");
         return false;
     }
-    if (++steps > stepLimit) {
+    if (++steps > freeSteps + stream->bitCount()) {
         fail("schemas take too many steps");
         return false;
     }
@@ -174,8 +174,7 @@ double SchemaRunner::executeField(std::uint32_t token)
     case Integer:
         return stream->readInteger();
     case String:
-        if (stream->readBoolean())
-            stream->skip(std::size_t{stream->readUnsignedInteger()} * 8);
+        stream->skipString();
         return 0.0;
     case TwoDoubles:
     case Interval:

@@ -23,7 +23,9 @@ public:
     /// Fields that were added in versions up to this one are known to the reader and not described again.
     static constexpr std::uint32_t knownVersion = 10001;
     static constexpr unsigned deepestNesting = 64;
-    static constexpr std::uint64_t stepLimit = std::uint64_t{1} << 24; ///< of all programs of a section.
+
+    /// All programs of a section together take so many steps at most, and one more for each bit of the section.
+    static constexpr std::uint64_t freeSteps = std::uint64_t{1} << 22;
 
     /// @param programs not owned.
     explicit SchemaRunner(const Schemas& programs)

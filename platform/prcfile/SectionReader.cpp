@@ -36,7 +36,7 @@ bool SectionReader::charge(std::uint64_t bytes)
 {
     if (budget.take(bytes))
         return true;
-    fail("the limit for the size of the decoded model is reached");
+    fail("the model takes up more than the limit of " + std::to_string(budget.whole()) + " bytes");
     return false;
 }
 
@@ -113,11 +113,11 @@ void SectionReader::skipTitle()
     const bool isNumber = readBoolean();
     if (isNumber)
         readUnsignedInteger();
-    else if (readBoolean())
-        skip(std::size_t{readUnsignedInteger()} * 8);
+    else
+        skipString();
 }
 
-void SectionReader::skipAttributes()
+void SectionReader::skipAttributeValue()
 {
     enum Kind : std::uint32_t
     {
@@ -127,6 +127,30 @@ void SectionReader::skipAttributes()
         String = 4,
         TwoNumbers = 5
     };
+    const std::uint32_t kind = readUnsignedInteger();
+    switch (kind) {
+    case Integer:
+    case Time:
+        readUnsignedInteger(); // both integers are framed alike
+        break;
+    case Double:
+        readDouble();
+        break;
+    case String:
+        skipString();
+        break;
+    case TwoNumbers:
+        readUnsignedInteger();
+        readUnsignedInteger();
+        break;
+    default:
+        fail("expected a kind of attribute from 1 to 5, found " + std::to_string(kind));
+        break;
+    }
+}
+
+void SectionReader::skipAttributes()
+{
     const std::uint32_t attributes = readCount(13, 0, "attributes");
     for (std::uint32_t attribute = 0; attribute < attributes && ok(); ++attribute) {
         if (!expectEntity(EntityType::Attribute, "an attribute"))
@@ -135,28 +159,9 @@ void SectionReader::skipAttributes()
         const std::uint32_t entries = readCount(3, 0, "entries of an attribute");
         for (std::uint32_t entry = 0; entry < entries && ok(); ++entry) {
             skipTitle();
-            const std::uint32_t kind = readUnsignedInteger();
-            switch (kind) {
-            case Integer:
-            case Time:
-                readUnsignedInteger(); // both integers are framed alike
-                break;
-            case Double:
-                readDouble();
-                break;
-            case String:
-                if (readBoolean())
-                    skip(std::size_t{readUnsignedInteger()} * 8);
-                break;
-            case TwoNumbers:
-                readUnsignedInteger();
-                readUnsignedInteger();
-                break;
-            default:
-                fail("expected a kind of attribute from 1 to 5, found " + std::to_string(kind));
-                break;
-            }
+            skipAttributeValue();
         }
+        readAddedFields(EntityType::Attribute);
     }
 }
 
@@ -171,14 +176,12 @@ Model::Name SectionReader::readContentBase()
     return ok() ? currentName : std::nullopt;
 }
 
-SectionReader::Identity SectionReader::readReferenceBase()
+std::uint32_t SectionReader::readReferenceBase(Model::Name& name)
 {
-    Identity identity;
-    identity.name = readContentBase();
+    name = readContentBase();
     readUnsignedInteger(); // in the authoring system, of a session
     readUnsignedInteger(); // in the authoring system, lasting
-    identity.identifier = readUnsignedInteger();
-    return identity;
+    return readUnsignedInteger();
 }
 
 Model::Graphics SectionReader::readGraphics()

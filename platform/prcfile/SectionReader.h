@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace prc
@@ -22,13 +23,6 @@ namespace prc
 class SectionReader : public BitReader
 {
 public:
-    /// Name and identifier of an entity that others can refer to.
-    struct Identity
-    {
-        Model::Name name;
-        std::uint32_t identifier = 0;
-    };
-
     /// @param bytes         the unpacked section, followed by zeros, see BitReader; not owned.
     /// @param decodedBudget what the model may still take up; not owned.
     /// @param schemas       programs for the entities of the section; not owned.
@@ -59,13 +53,48 @@ public:
     void readDoubles(std::vector<double>& values, std::uint32_t count);
     void readUnsignedIntegers(std::vector<std::uint32_t>& values, std::uint32_t count);
 
+    /// A table: its size, then its entries, which `read` fills one by one. An entry that the section ends in is left
+    /// out.
+    ///
+    /// @param minimumBits that an entry takes.
+    template <typename Entry, typename Read>
+    void readTable(std::vector<Entry>& entries, unsigned minimumBits, const char* what, Read read)
+    {
+        const std::uint32_t count = readCount(minimumBits, sizeof(Entry), what);
+        for (std::uint32_t number = 0; number < count && ok(); ++number) {
+            Entry entry;
+            read(entry);
+            if (ok())
+                entries.push_back(std::move(entry));
+        }
+    }
+
     /// An index as most are stored, plus one.
     ///
     /// @return nullIndex for none.
     std::uint32_t readIndexPlusOne() { return readUnsignedInteger() - 1U; }
 
     Model::Name readContentBase();
-    Identity readReferenceBase();
+
+    /// As above, with the identifiers of an entity that others can refer to.
+    ///
+    /// @param name out: its name.
+    /// @return the identifier that is unique within the file structure.
+    std::uint32_t readReferenceBase(Model::Name& name);
+
+    void skipReferenceBase()
+    {
+        Model::Name name;
+        readReferenceBase(name);
+    }
+
+    /// The name and the identifier of an entity that has fields for them.
+    template <typename Entity>
+    void readIdentity(Entity& entity)
+    {
+        entity.identifier = readReferenceBase(entity.name);
+    }
+
     Model::Graphics readGraphics();
 
     /// Of either kind, as a matrix.
@@ -78,6 +107,7 @@ public:
 
 private:
     void skipAttributes();
+    void skipAttributeValue();
     void skipTitle();
     Matrix readCartesianTransformation();
 

@@ -107,12 +107,13 @@ public:
         , points(wholeElements(mesh.coordinates.size(), 3))
         , normals(wholeElements(mesh.normalCoordinates.size(), 3))
         , textures(wholeElements(mesh.textureCoordinates.size(), 2))
+        , unclaimed(mesh.triangulatedIndices.size())
     {}
 
     /// @param at    position in the index array.
     /// @param count entries that the face takes up there: what the checks that fit were made for.
     /// @return false when an index or size is wrong.
-    bool accepts(const Face& face, std::uint64_t at, std::uint64_t& count, std::uint32_t& triangles) const
+    bool accepts(const Face& face, std::uint64_t at, std::uint64_t& count, std::uint32_t& triangles)
     {
         FaceRunWalk walk(face);
         count = 0;
@@ -121,7 +122,7 @@ public:
             const RunLayout layout(*run, face, !mesh.mustRecalculateNormals);
             const std::uint64_t entries = layout.entries();
             if (at + count > mesh.triangulatedIndices.size() ||
-                entries > mesh.triangulatedIndices.size() - (at + count))
+                entries > mesh.triangulatedIndices.size() - (at + count) || !unclaimed.take(entries))
                 return false;
             if (!acceptsRun(layout, static_cast<std::size_t>(at + count)))
                 return false;
@@ -160,11 +161,12 @@ private:
     std::size_t points; ///< numbers of whole elements.
     std::size_t normals;
     std::size_t textures;
+    ReadBudget unclaimed; ///< faces share no entries: a small file could claim the same ones many times over.
 };
 
 void checkFaces(Tessellation& mesh, std::size_t number, Findings& findings)
 {
-    const FaceCheck check(mesh);
+    FaceCheck check(mesh);
     // Without normals, producers disagree on whether the starts of faces count the missing entries.
     const bool ignoreStarts = mesh.mustRecalculateNormals && mesh.faces.size() > 1;
     std::uint64_t start = 0;

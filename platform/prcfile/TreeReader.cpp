@@ -1,7 +1,7 @@
 #include "platform/prcfile/TreeReader.h"
 
-#include <optional>
 #include <utility>
+#include <vector>
 
 namespace prc
 {
@@ -30,45 +30,41 @@ bool isRepresentationItem(EntityType type)
     }
 }
 
-/// Reads one tree section; what its entities refer to in other file structures is found by the ids of these.
+/// Reads the entities of one tree section; what they refer to in other file structures is found by the ids of these.
 class TreeSectionReader
 {
 public:
-    TreeSectionReader(SectionReader& sectionReader, std::span<FileStructure> allStructures, std::size_t ownNumber)
+    TreeSectionReader(SectionReader& sectionReader, const StructureIds& structureIds, std::size_t ownNumber)
         : section(sectionReader)
-        , structures(allStructures)
+        , ids(structureIds)
         , own(ownNumber)
     {}
 
-    void readParts();
-    void readOccurrences();
-    void readRoot();
+    void readPart(Part& part);
+    void readOccurrence(ProductOccurrence& occurrence);
+    [[nodiscard]] std::uint32_t readRoot();
 
 private:
     template <typename Entity>
     void readNamedGraphics(Entity& entity)
     {
-        SectionReader::Identity identity = section.readReferenceBase();
-        entity.name = std::move(identity.name);
-        entity.identifier = identity.identifier;
+        section.readIdentity(entity);
         entity.graphics = section.readGraphics();
     }
 
     void refuseAny(const char* what);
     void refuseMarkupsAndViews();
-    void readPart(Part& part);
     void readItems(Part& part);
     std::uint32_t readItem(RepresentationItem& item);
     void readExactBody(RepresentationItem& item);
     void closeItem(EntityType type);
-    void readOccurrence(ProductOccurrence& occurrence);
     OccurrenceReference readOccurrenceReference();
     std::uint32_t readStructure();
     void readEntityReference(EntityReference& reference);
     void readReferenceTarget(EntityReference& reference);
 
     SectionReader& section;
-    std::span<FileStructure> structures;
+    const StructureIds& ids;
     std::size_t own;
 };
 
@@ -197,23 +193,11 @@ void TreeSectionReader::readPart(Part& part)
     section.skipUserData();
 }
 
-void TreeSectionReader::readParts()
-{
-    constexpr unsigned partBits = 40;
-    const std::uint32_t count = section.readCount(partBits, sizeof(Part), "part definitions");
-    for (std::uint32_t number = 0; number < count && section.ok(); ++number) {
-        Part part;
-        readPart(part);
-        if (section.ok())
-            structures[own].parts.push_back(std::move(part));
-    }
-}
-
 /// Reads which file structure something stands in.
 std::uint32_t TreeSectionReader::readStructure()
 {
     const bool isSame = section.readBoolean();
-    return isSame ? static_cast<std::uint32_t>(own) : findStructure(structures, section.readUniqueId());
+    return isSame ? static_cast<std::uint32_t>(own) : ids.find(section.readUniqueId());
 }
 
 OccurrenceReference TreeSectionReader::readOccurrenceReference()
@@ -253,7 +237,7 @@ void TreeSectionReader::readEntityReference(EntityReference& reference)
 {
     if (!section.expectEntity(EntityType::EntityReference, "an entity reference"))
         return;
-    section.readReferenceBase();
+    section.skipReferenceBase();
     reference.graphics = section.readGraphics();
     reference.coordinateSystem = section.readIndexPlusOne();
     if (section.readBoolean())
@@ -293,49 +277,32 @@ void TreeSectionReader::readOccurrence(ProductOccurrence& occurrence)
     section.skipUserData();
 }
 
-void TreeSectionReader::readOccurrences()
-{
-    constexpr unsigned occurrenceBits = 40;
-    const std::uint32_t count = section.readCount(occurrenceBits, sizeof(ProductOccurrence), "product occurrences");
-    for (std::uint32_t number = 0; number < count && section.ok(); ++number) {
-        ProductOccurrence occurrence;
-        readOccurrence(occurrence);
-        if (section.ok())
-            structures[own].occurrences.push_back(std::move(occurrence));
-    }
-}
-
-void TreeSectionReader::readRoot()
+std::uint32_t TreeSectionReader::readRoot()
 {
     if (!section.expectEntity(EntityType::FileStructure, "the data of the file structure"))
-        return;
+        return nullIndex;
     section.readContentBase();
     section.readUnsignedInteger(); // next free identifier
-    structures[own].root = section.readIndexPlusOne();
+    const std::uint32_t root = section.readIndexPlusOne();
     section.readAddedFields(EntityType::FileStructure);
-    section.skipUserData();
+    return root;
 }
 
 } // namespace
 
-void readTree(SectionReader& section, std::span<FileStructure> structures, std::size_t number)
+void readTree(SectionReader& section, const StructureIds& ids, FileStructure& target, std::size_t number)
 {
+    constexpr unsigned entityBits = 40;
     if (!section.expectEntity(EntityType::FileStructureTree, "the tree"))
         return;
     section.readContentBase();
-    TreeSectionReader reader(section, structures, number);
-    reader.readParts();
-    reader.readOccurrences();
-    reader.readRoot();
-}
-
-std::uint32_t findStructure(std::span<const FileStructure> structures, const UniqueId& id)
-{
-    for (std::size_t number = 0; number < structures.size(); ++number) {
-        if (structures[number].id == id)
-            return static_cast<std::uint32_t>(number);
-    }
-    return nullIndex;
+    TreeSectionReader reader(section, ids, number);
+    section.readTable(target.parts, entityBits, "part definitions", [&reader](Part& part) { reader.readPart(part); });
+    section.readTable(target.occurrences, entityBits, "product occurrences",
+                      [&reader](ProductOccurrence& occurrence) { reader.readOccurrence(occurrence); });
+    target.root = reader.readRoot();
+    section.readAddedFields(EntityType::FileStructureTree);
+    section.skipUserData();
 }
 
 } // namespace prc

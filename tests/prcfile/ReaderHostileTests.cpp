@@ -232,7 +232,7 @@ TEST(HostileFiles, ThatDecodeToMoreThanTheLimit)
     });
     const Model::PRCModel model = prc::readPRC(file.Bytes(), smallLimits);
     ASSERT_THAT(model.findings, SizeIs(1));
-    EXPECT_THAT(model.findings[0].message(), HasSubstr("limit for the size of the decoded model"));
+    EXPECT_THAT(model.findings[0].message(), HasSubstr("more than the limit of 16777216 bytes"));
 }
 
 TEST(HostileFiles, WithCountsBeyondTheirSection)
@@ -284,6 +284,61 @@ TEST(HostileFiles, WithCountsBeyondTheirSection)
         EXPECT_THAT(model.findings[0].message(), HasSubstr(wrong.expected));
         EXPECT_EQ(model.name, "model") << "the sections behind are read: " << wrong.expected;
     }
+}
+
+TEST(HostileFiles, WhoseSectionsBeginWhereTheyCannot)
+{
+    constexpr std::size_t treeOffset = 79;
+    const std::pair<std::uint8_t, const char*> cases[] = {
+        {0, "tree of file structure 0: expected a section: the main header states none"},
+        {3, "byte 3: expected a section behind the main header and inside the file, which end at 107 and "},
+        {255, "byte 255: expected a complete zlib stream"},
+    };
+    for (const auto& [offset, expected] : cases) {
+        Bytes file = Example("a_cube.prc");
+        file[treeOffset] = offset;
+        file[treeOffset + 1] = 0;
+        const Model::PRCModel model = ReadAndUse(file);
+        ASSERT_FALSE(model.findings.empty()) << expected;
+        EXPECT_THAT(model.findings[0].message(), HasSubstr(expected));
+        EXPECT_THAT(model.structures[0].tessellations, SizeIs(1)) << expected;
+    }
+}
+
+/// Checking and drawing each of these faces would take as long as all of them together have corners.
+TEST(HostileFiles, WhoseFacesShareTheirIndices)
+{
+    MeshFields mesh{.coordinates = {0, 0, 0, 1, 0, 0, 0, 1, 0}, .normals = {0, 0, 1}};
+    mesh.indices.resize(6 * 50000);
+    mesh.faces.resize(50000, {.sizes = {50000}});
+    HandMadeFile file = PlainFile();
+    file.tessellation = TessellationsOf(1, [&mesh](SectionWriter& section) { WriteMesh(section, mesh); });
+    const Model::PRCModel model = ReadAndUse(file.Bytes());
+    ASSERT_THAT(model.findings, SizeIs(1));
+    EXPECT_THAT(model.findings[0].text, HasSubstr("49999 of the 50000 faces of tessellation 0 cannot be used"));
+}
+
+TEST(HostileFiles, ThatAreWrongInCountlessPlaces)
+{
+    HandMadeFile file = PlainFile();
+    file.model = SectionWriter();
+    file.model.writeEmptySchema();
+    file.model.writeEntityType(EntityType::ModelFile);
+    file.model.writeContentBase("model");
+    file.model.writeBoolean(true);
+    file.model.writeDouble(-2.0);
+    file.model.writeUnsignedInteger(1000);
+    for (std::uint32_t root = 0; root < 1000; ++root) {
+        file.model.writeUniqueId({root, 0, 0, 1});
+        file.model.writeUnsignedInteger(1);
+        file.model.writeBoolean(true);
+    }
+    file.model.writeUnsignedInteger(0); // index of the file structure
+    const Model::PRCModel model = ReadAndUse(file.Bytes());
+    EXPECT_THAT(model.findings, SizeIs(200));
+    EXPECT_EQ(model.findingsLeftOut, 1 + 1000 + 1 - 200U) << "unit, roots, the replaced root";
+    EXPECT_THAT(model.findings[0].text, HasSubstr("expected a unit of more than 0 mm, found -2"));
+    EXPECT_EQ(model.unitInMillimetres, 1.0);
 }
 
 TEST(HostileFiles, WithSetsInSetsInSets)

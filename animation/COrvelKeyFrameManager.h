@@ -7,6 +7,7 @@
 #include "platform/core/COrvelMatrix.h"
 #include "platform/core/COrvelNodePath.h"
 #include "platform/core/COrvelPtr.h"
+#include "platform/core/COrvelUUID.h"
 
 #include <map>
 #include <set>
@@ -30,6 +31,8 @@ class COrvelSkeletonJoint;
 using KeyFrameDataList = std::vector<COrvelPtr<COrvelKeyFrameData>>;
 /// The data of one entity by their StartFrame().
 using KeyFrameDataByFrame = std::map<int, COrvelPtr<COrvelKeyFrameData>>;
+/// Data by the id of their collapsing group.
+using KeyFrameDataByGroup = std::map<COrvelUUID, KeyFrameDataList>;
 /// First and last frame, both included.
 using FrameRange = std::pair<int, int>;
 
@@ -208,6 +211,42 @@ public:
     void BakeTimeline();
     /// Forgets all data, baked ones included, aliases and counts; all frames become 0.
     void ClearKeyFrameData();
+
+    // --- collapsing groups
+    //
+    // Data that are shown under one caption share a group id and name the entity that the group hangs from; see
+    // KeyFrameManagerCollapsingGroups.cpp. The captions are in COrvelAnimationCollapsingGroupGuidToCaptionMapper.
+
+    /// Makes one new group of the data, hung from the only entity that shows them or else from the nearest common
+    /// parent of those that do. Null entries and data that nothing shows stay out of it. Nothing happens when there is
+    /// no such parent or it has no valid GUID.
+    static void CollapseKeyFrameData(const KeyFrameDataList& data, COrvelString caption);
+    /// Makes one new group, hung from the root, for each of the given skeletons that some of the data move. A data that
+    /// moves several of them ends in the group of the last one.
+    static void CollapseKeyFrameDataBySkeleton(const KeyFrameDataList& data,
+                                               const std::vector<COrvelSkeletonJoint*>& roots, COrvelString caption);
+    /// Gives moved data a group of their own, without caption, when both ends of their span lie outside that of the
+    /// group. Nothing when the group has fewer than two data or its first one no owner.
+    ///
+    /// @param moved, group without null entries.
+    static void DetachFromCollapsingGroup(KeyFrameDataList& moved, const KeyFrameDataList& group);
+    /// The data that are in a collapsing group, each group's in the order of the list.
+    static KeyFrameDataByGroup KeyFrameDataByCollapsingGroup(const KeyFrameDataList& data);
+    /// Stores the span of each group.
+    static void CollapsingGroupSpans(const KeyFrameDataByGroup& groups, std::map<COrvelUUID, FrameRange>& spans);
+    /// Appends the living entities that the groups of the data hang from, each once.
+    static void ListCollapsingGroupOwners(const KeyFrameDataList& data, std::vector<COrvelEntity*>& owners);
+    /// Appends the group ids of what ListKeyFrameDataOfEntity lists, valid or not, each once. So do the next two, which
+    /// leave entries alone that are there already.
+    static void ListCollapsingGroupIDs(COrvelEntity* entity, std::vector<COrvelUUID>& ids);
+    static void CollapsingGroupIDsByEntity(const std::vector<COrvelEntity*>& entities,
+                                           std::map<COrvelEntity*, std::vector<COrvelUUID>>& ids);
+    /// The data with those group ids; of two entities that share one, the first has it.
+    static void KeyFrameDataByCollapsingGroupOfEntities(const std::map<COrvelEntity*, std::vector<COrvelUUID>>& ids,
+                                                        KeyFrameDataByGroup& groups);
+    /// True when a group hangs from the node or from a node below it, deleted ones left out, among that node's own
+    /// data. False for null.
+    static bool OwnsCollapsingGroup(COrvelSceneNode* node);
 
 private:
     /// The data of `id` itself; null when it has none.

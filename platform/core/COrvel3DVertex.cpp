@@ -1,5 +1,6 @@
 #include "platform/core/COrvel3DVertex.h"
 
+#include "platform/core/COrvelArchiveBase.h"
 #include "platform/core/COrvelMatrix.h"
 
 #include <algorithm>
@@ -36,6 +37,15 @@ COrvel3DVertex COrvel3DVertex::AnyPerpendicular() const
 void COrvel3DVertex::ModifyByTransform(const COrvelMatrix& matrix)
 {
     *this = matrix * *this;
+}
+
+bool COrvel3DVertex::ArchiveReadWrite(COrvelArchiveBase& archive)
+{
+    COrvel3DVertex archived = *this;
+    if (!archive.ReadWrite(archived.x, archived.y, archived.z))
+        return false;
+    *this = archived;
+    return true;
 }
 
 } // namespace Orvel

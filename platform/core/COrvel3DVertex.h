@@ -7,6 +7,7 @@
 namespace Orvel
 {
 
+class COrvelArchiveBase;
 class COrvelMatrix;
 
 /// A point or a vector in space. Three doubles in a row and nothing else, so an array of them is an array of
@@ -51,6 +52,8 @@ public:
 
     /// Maps this point by `matrix`, translation included.
     void ModifyByTransform(const COrvelMatrix& matrix);
+
+    bool ArchiveReadWrite(COrvelArchiveBase& archive);
 
 private:
     double x = 0.0;

@@ -1,5 +1,6 @@
 #include "platform/core/COrvelBasicCamera.h"
 
+#include "platform/core/COrvelArchiveBase.h"
 #include "platform/core/OrthonormalFrame.h"
 
 #include <cmath>
@@ -88,6 +89,17 @@ void COrvelBasicCamera::ModifyByTransform(const COrvelMatrix& matrix)
     direction = UnitOr(matrix.TransformDirection(direction), direction);
     up = matrix.TransformDirection(up).Normalised();
     distanceFromTarget = std::copysign((lookAt - position).Length(), distanceFromTarget);
+}
+
+bool COrvelBasicCamera::ArchiveReadWrite(COrvelArchiveBase& archive)
+{
+    COrvelBasicCamera archived = *this;
+    if (!archive.ReadWrite(archived.position, archived.lookAt, archived.direction, archived.up) ||
+        !archive.ReadWrite(archived.distanceFromTarget, archived.fieldOfView) ||
+        !archive.ReadWrite(archived.depthOfField, archived.depthOfFieldFStop, archived.depthOfFieldEnabled))
+        return false;
+    *this = archived;
+    return true;
 }
 
 } // namespace Orvel

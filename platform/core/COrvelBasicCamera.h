@@ -8,6 +8,8 @@
 namespace Orvel
 {
 
+class COrvelArchiveBase;
+
 /// A camera as a value: where it stands, what it looks at, which way is up, and its optics.
 ///
 /// In its own coordinates a camera looks along -z, with y up and x to the right; the columns of its local-to-world
@@ -69,6 +71,9 @@ public:
 
     /// Moves the position and the point looked at, and turns the up vector; the distance follows.
     void ModifyByTransform(const COrvelMatrix& matrix);
+
+    /// Every value as it stands.
+    bool ArchiveReadWrite(COrvelArchiveBase& archive);
 
 private:
     COrvel3DVertex position{0.0, 0.0, 0.0};

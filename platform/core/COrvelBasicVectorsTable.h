@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/core/COrvel3DVertex.h"
+#include "platform/core/Export.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -13,9 +14,11 @@
 namespace Orvel
 {
 
+class COrvelArchiveBase;
+
 /// The positions of one shape, and nothing else. Copies share one array until one of them changes: animation copies the
 /// shapes of whole meshes at every evaluated frame.
-class COrvelBasicVectorsTable
+class ORVEL_CORE_API COrvelBasicVectorsTable
 {
 public:
     COrvelBasicVectorsTable() = default;
@@ -49,6 +52,9 @@ public:
     {
         return items == other.items || std::ranges::equal(Items(), other.Items());
     }
+
+    /// The number of positions, then three doubles for each.
+    bool ArchiveReadWrite(COrvelArchiveBase& archive);
 
 private:
     std::shared_ptr<std::vector<COrvel3DVertex>> items; // null: none

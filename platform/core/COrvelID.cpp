@@ -1,5 +1,10 @@
 #include "platform/core/COrvelID.h"
 
+#include "platform/core/COrvelArchiveBase.h"
+#include "platform/core/COrvelDocumentsContainer.h"
+
+#include <bit>
+
 namespace Orvel
 {
 
@@ -9,6 +14,20 @@ namespace
 int readingDepth = 0;
 
 } // namespace
+
+bool COrvelID::ArchiveReadWrite(COrvelArchiveBase& archive)
+{
+    COrvelID id = *this;
+    if (!archive.ReadWrite(id.entityType, id.number))
+        return false;
+    if (!archive.IsReaderArchive())
+        return true;
+    const bool isEntity = id.entityType > 0 && std::has_single_bit(static_cast<unsigned>(id.entityType));
+    if (!isEntity && !id.IsDefault())
+        return false;
+    *this = IsReadingMode() ? COrvelDocumentsContainer::DocumentsContainer()->TranslatedID(id) : id;
+    return true;
+}
 
 void COrvelID::SetReadingMode(bool on)
 {

@@ -8,6 +8,7 @@
 namespace Orvel
 {
 
+class COrvelArchiveBase;
 class COrvelDocument;
 class COrvelEntity;
 
@@ -39,6 +40,9 @@ public:
     [[nodiscard]] COrvelDocument* Document() const;
 
     [[nodiscard]] auto operator<=>(const COrvelID&) const = default;
+
+    /// Type and number. What is read and cannot be the id of an entity fails.
+    bool ArchiveReadWrite(COrvelArchiveBase& archive);
 
     /// While the mode is on, ids that are read from an archive are translated to those that took their place. Records
     /// nest: it is off again after as many calls with false as with true; a call with false too many does nothing.

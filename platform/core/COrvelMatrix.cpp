@@ -1,5 +1,6 @@
 #include "platform/core/COrvelMatrix.h"
 
+#include "platform/core/COrvelArchiveBase.h"
 #include "platform/core/OrthonormalFrame.h"
 
 #include <Eigen/Geometry>
@@ -157,6 +158,15 @@ COrvelMatrix COrvelMatrix::CreateCoordinatesTransform(const COrvel3DVertex& poin
         motion *= CreateScalling({ratio, ratio, ratio});
     }
     return CreateTranslation(point1) * motion * CreateTranslation(-point0);
+}
+
+bool COrvelMatrix::ArchiveReadWrite(COrvelArchiveBase& archive)
+{
+    std::array<double, 16> archived = values;
+    if (!archive.ReadWrite(std::span<double>(archived)))
+        return false;
+    values = archived;
+    return true;
 }
 
 } // namespace Orvel

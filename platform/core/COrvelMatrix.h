@@ -10,6 +10,8 @@
 namespace Orvel
 {
 
+class COrvelArchiveBase;
+
 /// A 4 x 4 transformation of column vectors: `a * b` maps a point by b first, then by a. The translation stands in
 /// column 3, the bottom row of an affine matrix is 0 0 0 1. Angles are radians, rotations right-handed
 /// (counter-clockwise for an eye that the axis points at).
@@ -27,6 +29,9 @@ public:
     /// @param row, column 0 to 3.
     [[nodiscard]] double M(int row, int column) const { return values[Position(row, column)]; }
     [[nodiscard]] double& M(int row, int column) { return values[Position(row, column)]; }
+
+    /// The 16 numbers, row by row.
+    bool ArchiveReadWrite(COrvelArchiveBase& archive);
 
     /// Row by row, the translation at positions 3, 7 and 11.
     [[nodiscard]] const std::array<double, 16>& Values() const { return values; }

@@ -1,12 +1,15 @@
 #pragma once
 
 #include "platform/core/COrvel3DVertex.h"
+#include "platform/core/Export.h"
 
 namespace Orvel
 {
 
+class COrvelArchiveBase;
+
 /// An axis: a base point and a direction of any length, zero included.
-class COrvelNormal
+class ORVEL_CORE_API COrvelNormal
 {
 public:
     COrvelNormal() = default;
@@ -21,6 +24,9 @@ public:
     void SetDirection(const COrvel3DVertex& value) { direction = value; }
 
     [[nodiscard]] bool operator==(const COrvelNormal&) const = default;
+
+    /// Point, then direction.
+    bool ArchiveReadWrite(COrvelArchiveBase& archive);
 
 private:
     COrvel3DVertex point;

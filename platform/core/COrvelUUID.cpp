@@ -1,5 +1,7 @@
 #include "platform/core/COrvelUUID.h"
 
+#include "platform/core/COrvelArchiveBase.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QUuid>
@@ -68,6 +70,15 @@ void COrvelUUID::SetGenerator(Generator generator)
 void COrvelUUID::SeedGenerator(std::uint64_t seed)
 {
     SetGenerator(std::mt19937_64(seed));
+}
+
+bool COrvelUUID::ArchiveReadWrite(COrvelArchiveBase& archive)
+{
+    Bytes value = bytes;
+    if (!archive.ReadWriteBytes(value))
+        return false;
+    bytes = value;
+    return true;
 }
 
 COrvelString COrvelUUID::ToString() const

@@ -11,6 +11,8 @@
 namespace Orvel
 {
 
+class COrvelArchiveBase;
+
 /// A universally unique identifier (RFC 4122). Ordered by its bytes.
 class ORVEL_CORE_API COrvelUUID
 {
@@ -48,6 +50,9 @@ public:
 
     /// Reads the text form, in either case, with or without braces. Anything else gives an invalid value.
     [[nodiscard]] static COrvelUUID FromString(const COrvelString& text);
+
+    /// The 16 bytes.
+    bool ArchiveReadWrite(COrvelArchiveBase& archive);
 
     [[nodiscard]] const Bytes& Data() const { return bytes; }
 

@@ -1,3 +1,5 @@
+#include "platform/core/COrvelArchiveReader.h"
+#include "platform/core/COrvelArchiveWriter.h"
 #include "platform/core/COrvelBasicLight.h"
 #include "platform/core/COrvelCamera.h"
 #include "platform/core/COrvelDocument.h"
@@ -5,7 +7,6 @@
 #include "platform/core/COrvelLightSource.h"
 #include "platform/core/COrvelLinePath.h"
 #include "platform/core/COrvelTransform.h"
-#include "tests/core/ByteArchive.h"
 
 #include <gmock/gmock.h>
 
@@ -122,20 +123,20 @@ TEST(BasicLight, IsArchivedByKindAndReadByDescriptionWhereTheKindIsUnknown)
     spot.SetIntensity(5);
     spot.SetRange(70);
     spot.SetAnglesInDegrees(20, 35);
-    ByteArchive archive;
-    ASSERT_TRUE(spot.ArchiveReadWrite(archive));
+    COrvelArchiveWriter writer;
+    ASSERT_TRUE(spot.ArchiveReadWrite(writer));
 
-    archive.StartReading();
+    COrvelArchiveReader archive(writer.Bytes());
     const std::unique_ptr<COrvelBasicLight> read(COrvelBasicLight::CreateBasicLight(spot.KindName()));
     ASSERT_TRUE(read && read->ArchiveReadWrite(archive));
     EXPECT_TRUE(archive.IsAtEnd());
     EXPECT_EQ(dynamic_cast<COrvelBasicSpotLight&>(*read).InnerAngleInDegrees(), 20);
     EXPECT_EQ(dynamic_cast<COrvelBasicSpotLight&>(*read).OuterAngleInDegrees(), 35);
 
-    archive.StartReading();
+    COrvelArchiveReader described(writer.Bytes());
     COrvelBasicPointLight fallback;
-    ASSERT_TRUE(fallback.ReadDescribed(archive, spot.StructureDescription()));
-    EXPECT_TRUE(archive.IsAtEnd());
+    ASSERT_TRUE(fallback.ReadDescribed(described, spot.StructureDescription()));
+    EXPECT_TRUE(described.IsAtEnd());
     EXPECT_EQ(fallback.Name(), "spot");
     EXPECT_EQ(fallback.Intensity(), 5);
     EXPECT_EQ(fallback.Range(), 70);

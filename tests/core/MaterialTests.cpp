@@ -1,9 +1,10 @@
 #include "platform/core/COrvel3DObject.h"
+#include "platform/core/COrvelArchiveReader.h"
+#include "platform/core/COrvelArchiveWriter.h"
 #include "platform/core/COrvelBasicGeneralMaterial.h"
 #include "platform/core/COrvelBasicMetallicMaterial.h"
 #include "platform/core/COrvelDocument.h"
 #include "platform/core/COrvelMaterial.h"
-#include "tests/core/ByteArchive.h"
 
 #include <gmock/gmock.h>
 
@@ -150,9 +151,9 @@ TEST(MaterialArchive, KeepsEveryKind)
          {static_cast<const COrvelBasicMaterial*>(&steel), static_cast<const COrvelBasicMaterial*>(&gold)})
     {
         const MaterialOwner written(original->Clone());
-        ByteArchive archive;
-        ASSERT_TRUE(written->ArchiveReadWrite(archive));
-        archive.StartReading();
+        COrvelArchiveWriter writer;
+        ASSERT_TRUE(written->ArchiveReadWrite(writer));
+        COrvelArchiveReader archive(writer.Bytes());
         const MaterialOwner read(COrvelBasicMaterial::CreateBasicMaterial(original->KindName()));
         ASSERT_NE(read, nullptr);
         ASSERT_TRUE(read->ArchiveReadWrite(archive));
@@ -170,12 +171,12 @@ TEST(MaterialArchive, KeepsEveryKind)
 TEST(MaterialArchive, ReadsAnUnknownKindByItsDescription)
 {
     COrvelBasicMetallicMaterial gold = Gold();
-    ByteArchive archive;
+    COrvelArchiveWriter writer;
     COrvelStructureDescription written = gold.StructureDescription();
-    ASSERT_TRUE(archive.ReadWrite(written) && gold.ArchiveReadWrite(archive));
-    const std::size_t length = archive.Length();
+    ASSERT_TRUE(writer.ReadWrite(written) && gold.ArchiveReadWrite(writer));
+    const std::span<const std::uint8_t> bytes = writer.Bytes();
 
-    archive.StartReading();
+    COrvelArchiveReader archive(bytes);
     COrvelStructureDescription description;
     COrvelBasicGeneralMaterial general;
     const COrvelColor untouched = general.DiffuseColor();
@@ -186,21 +187,22 @@ TEST(MaterialArchive, ReadsAnUnknownKindByItsDescription)
     EXPECT_EQ(general.Texture(enumTextureType(1), false).Filename(), "gold.png");
     EXPECT_EQ(general.DiffuseColor(), untouched);
 
-    for (std::size_t cut = length; cut-- > 0;) {
-        archive.StartReading(cut);
+    for (std::size_t cut = 0; cut < bytes.size(); ++cut) {
+        COrvelArchiveReader truncated(bytes.first(cut));
         COrvelStructureDescription cutDescription;
         COrvelBasicGeneralMaterial cutMaterial;
-        EXPECT_FALSE(archive.ReadWrite(cutDescription) && cutMaterial.ReadDescribed(archive, cutDescription)) << cut;
+        EXPECT_FALSE(truncated.ReadWrite(cutDescription) && cutMaterial.ReadDescribed(truncated, cutDescription))
+            << cut;
     }
 }
 
 TEST(MaterialArchive, HoldsCountsAgainstTheBytesThatFollow)
 {
-    ByteArchive archive;
+    COrvelArchiveWriter writer;
     uint32 hostile = 0x20000000;
     int padding = 0;
-    ASSERT_TRUE(archive.ReadWrite(hostile) && archive.ReadWrite(padding) && archive.ReadWrite(padding));
-    archive.StartReading();
+    ASSERT_TRUE(writer.ReadWrite(hostile, padding, padding));
+    COrvelArchiveReader archive(writer.Bytes());
     uint32 count = 7;
     EXPECT_FALSE(archive.ReadWriteCount(count, 8)) << "2^29 x 8 wraps to nothing in 32 bits";
     EXPECT_EQ(count, 7u);

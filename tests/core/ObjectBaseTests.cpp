@@ -1,10 +1,11 @@
+#include "platform/core/COrvelArchiveReader.h"
+#include "platform/core/COrvelArchiveWriter.h"
 #include "platform/core/COrvelDataMembersManager.h"
 #include "platform/core/COrvelDocumentsContainer.h"
 #include "platform/core/COrvelMessageManager.h"
 #include "platform/core/COrvelNodeVisitor.h"
 #include "platform/core/COrvelPtr.h"
 #include "platform/core/COrvelWriter.h"
-#include "tests/core/ByteArchive.h"
 #include "tests/support/VirtualFunctionSlot.h"
 
 #include <gmock/gmock.h>
@@ -133,18 +134,18 @@ TEST(DataMembers, AreArchivedThroughTheBasePart)
     COrvelDataMembersManager written;
     written.SetName("größe");
     written.SetDisplayName("中");
-    ByteArchive archive;
-    ASSERT_TRUE(written.COrvelArchivable::ArchiveReadWrite(archive));
-    const std::size_t length = archive.Length();
-    archive.StartReading();
+    COrvelArchiveWriter writer;
+    ASSERT_TRUE(written.COrvelArchivable::ArchiveReadWrite(writer));
+    const std::span<const std::uint8_t> bytes = writer.Bytes();
+    COrvelArchiveReader archive(bytes);
     COrvelDataMembersManager read;
     ASSERT_TRUE(read.COrvelArchivable::ArchiveReadWrite(archive));
     EXPECT_TRUE(archive.IsAtEnd());
     EXPECT_EQ(read.Name(), "größe");
     EXPECT_EQ(read.DisplayName(), "中");
-    for (std::size_t cut = length; cut-- > 0;) {
-        archive.StartReading(cut);
-        EXPECT_FALSE(COrvelDataMembersManager().ArchiveReadWrite(archive)) << cut;
+    for (std::size_t cut = 0; cut < bytes.size(); ++cut) {
+        COrvelArchiveReader truncated(bytes.first(cut));
+        EXPECT_FALSE(COrvelDataMembersManager().ArchiveReadWrite(truncated)) << cut;
     }
 }
 

@@ -1,10 +1,10 @@
 #include "tool/cli/ExportCommand.h"
 
+#include "tool/cli/CommandListener.h"
 #include "tool/cli/Console.h"
 #include "tool/cli/Errors.h"
 #include "tool/cli/ExportSummary.h"
 #include "tool/cli/InputFile.h"
-#include "tool/cli/Progress.h"
 #include "tool/cli/Supervisor.h"
 #include "tool/cli/TemporaryFolder.h"
 #include "tool/cli/Text.h"
@@ -29,37 +29,6 @@ namespace
 using Clock = std::chrono::steady_clock;
 
 constexpr const char* Extension = ".prc";
-
-/// Shows progress and warnings while the work goes on, and keeps the warnings.
-class ExportListener final : public WorkListener
-{
-public:
-    explicit ExportListener(bool beQuiet)
-        : quiet(beQuiet)
-        , progress(beQuiet ? Progress::Visibility::Never : Progress::Visibility::OnTerminal)
-    {}
-
-    void Stage(const std::string& stage) override { progress.SetStage(stage); }
-
-    void Warning(const std::string& text) override
-    {
-        if (!quiet) {
-            progress.Hide();
-            PrintWarning(text);
-        }
-        warnings.push_back(text);
-    }
-
-    void Tick(std::chrono::milliseconds sinceStart) override { progress.Show(sinceStart); }
-
-    void EndProgress() { progress.Hide(); }
-
-    std::vector<std::string> warnings;
-
-private:
-    bool quiet;
-    Progress progress;
-};
 
 std::string AxisName(Import::UpAxis axis)
 {
@@ -96,14 +65,6 @@ ExportSummary SummaryOf(const Import::BuildSummary& built)
     return summary;
 }
 
-void SendWarnings(const WorkReporter& reporter, const std::vector<std::string>& warnings, bool strict)
-{
-    for (const std::string& warning : warnings)
-        reporter.Warning(warning);
-    if (strict && !warnings.empty())
-        throw Failure(Count(warnings.size(), "warning", "warnings") + ", the first: " + warnings.front());
-}
-
 void WritePrc(COrvelDocument& document, const std::string& file, const ExportOptions& options)
 {
     COrvelPRCWriter writer;
@@ -132,20 +93,14 @@ nlohmann::json ImportAndWrite(const ExportOptions& options, const Import::LoadOp
     return SummaryOf(loaded.summary);
 }
 
-WorkLimits LimitsFor(const LimitOptions& chosen, const InputFile& input)
-{
-    const WorkLimits usual = DefaultWorkLimits(input.size);
-    return {chosen.time.value_or(usual.time), chosen.memoryInBytes.value_or(usual.memoryInBytes)};
-}
-
 ExportSummary RunWork(const ExportOptions& options, const InputFile& input, const Import::LoadOptions& load,
-                      const OutputTarget& target, const SignalWatch& signals, ExportListener& listener)
+                      const OutputTarget& target, const SignalWatch& signals, CommandListener& listener)
 {
     const Work work = [&](const WorkReporter& reporter) {
         return ImportAndWrite(options, load, target.FileToWrite(), reporter);
     };
     try {
-        return RunSupervised(work, LimitsFor(options.limits, input), signals, listener).get<ExportSummary>();
+        return RunSupervised(work, LimitsFor(options.limits, input.size), signals, listener).get<ExportSummary>();
     } catch (const Failure& failure) {
         throw Failure("cannot export " + Quoted(options.scene) + ": " + failure.what());
     }
@@ -186,7 +141,7 @@ void RunExport(const ExportOptions& options)
         Import::LoadOptions load = options.load;
         load.temporaryFolder = temporary.Path();
         load.largestTextureSide = static_cast<std::uint32_t>(options.maximumTextureSize);
-        ExportListener listener(options.quiet);
+        CommandListener listener(options.quiet);
         summary = RunWork(options, input, load, *target, signals, listener);
         listener.EndProgress();
         summary.bytes = target->Deliver(signals);

@@ -1,22 +1,13 @@
 #pragma once
 
 #include "tool/cli/OutputTarget.h"
+#include "tool/cli/WorkLimits.h"
 #include "tool/import/LoadDocument.h"
 
-#include <chrono>
-#include <cstdint>
-#include <optional>
 #include <string>
 
 namespace Orvel::Cli
 {
-
-/// What the user can set for supervised work.
-struct LimitOptions
-{
-    std::optional<std::chrono::milliseconds> time; ///< nothing: in proportion to the input; 0: no limit
-    std::optional<std::uint64_t> memoryInBytes;    ///< nothing: in proportion to the input; 0: no limit
-};
 
 /// `orvelprc export`
 struct ExportOptions

@@ -1,11 +1,11 @@
 #include "tool/cli/InspectCommand.h"
 
+#include "tool/cli/CommandListener.h"
 #include "tool/cli/Console.h"
 #include "tool/cli/Errors.h"
 #include "tool/cli/InputFile.h"
 #include "tool/cli/InspectReport.h"
 #include "tool/cli/PRCInput.h"
-#include "tool/cli/Progress.h"
 #include "tool/cli/Supervisor.h"
 #include "tool/cli/Text.h"
 
@@ -16,25 +16,6 @@ namespace Orvel::Cli
 
 namespace
 {
-
-class InspectListener final : public WorkListener
-{
-public:
-    void Stage(const std::string& stage) override { progress.SetStage(stage); }
-
-    void Warning(const std::string& text) override
-    {
-        progress.Hide();
-        PrintWarning(text);
-    }
-
-    void Tick(std::chrono::milliseconds sinceStart) override { progress.Show(sinceStart); }
-
-    void EndProgress() { progress.Hide(); }
-
-private:
-    Progress progress{Progress::Visibility::OnTerminal};
-};
 
 ReportParts PartsOf(const InspectOptions& options)
 {
@@ -62,12 +43,6 @@ nlohmann::json ReadAndReport(const InspectOptions& options, const WorkReporter& 
     return options.json ? JsonReport(inspected, parts) : TextReport(inspected, parts);
 }
 
-WorkLimits LimitsFor(const LimitOptions& chosen, const InputFile& input)
-{
-    const WorkLimits usual = DefaultWorkLimits(input.size);
-    return {chosen.time.value_or(usual.time), chosen.memoryInBytes.value_or(usual.memoryInBytes)};
-}
-
 } // namespace
 
 void RunInspect(const InspectOptions& options)
@@ -76,10 +51,10 @@ void RunInspect(const InspectOptions& options)
     {
         const SignalWatch signals;
         const InputFile input = ExamineInput(options.file);
-        InspectListener listener;
+        CommandListener listener(false);
         const Work work = [&options](const WorkReporter& reporter) { return ReadAndReport(options, reporter); };
         try {
-            report = RunSupervised(work, LimitsFor(options.limits, input), signals, listener).get<std::string>();
+            report = RunSupervised(work, LimitsFor(options.limits, input.size), signals, listener).get<std::string>();
         } catch (const Failure& failure) {
             throw Failure("cannot inspect " + Quoted(options.file) + ": " + failure.what());
         }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tool/cli/ExportOptions.h"
+#include "tool/cli/WorkLimits.h"
 
 #include <string>
 

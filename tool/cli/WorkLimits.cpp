@@ -32,4 +32,10 @@ WorkLimits DefaultWorkLimits(std::uint64_t inputBytes)
     return limits;
 }
 
+WorkLimits LimitsFor(const LimitOptions& chosen, std::uint64_t inputBytes)
+{
+    const WorkLimits usual = DefaultWorkLimits(inputBytes);
+    return {chosen.time.value_or(usual.time), chosen.memoryInBytes.value_or(usual.memoryInBytes)};
+}
+
 } // namespace Orvel::Cli

@@ -1,0 +1,81 @@
+#include "tool/cli/CommandParsers.h"
+#include "tool/cli/Errors.h"
+#include "tool/cli/OptionParsing.h"
+
+#include <CLI/CLI.hpp>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace Orvel::Cli
+{
+
+namespace
+{
+
+constexpr const char* ExportExamples = R"(Examples:
+  orvelprc export chair.glb -o chair.prc
+  orvelprc export house.fbx -o house.prc --texture-dir textures --max-texture 1024
+  orvelprc export part.stl -o part.prc --scale 25.4 --up keep
+  orvelprc export chair.glb -o - | wc -c
+
+Lengths become millimetres and z points up where the scene tells its unit and axes; one group at the top of the
+tree does it, and '--scale 1 --up keep' leaves it out. OUT takes the place of an existing file only when all is done.)";
+
+struct Parsed
+{
+    ExportOptions options;
+    bool formatIsGiven = false;
+};
+
+/// Names with the extension of another format would deceive everybody who sees the file. Unknown ones, as in
+/// "part.a12", mean nothing.
+void CheckExportFormat(const Parsed& parsed)
+{
+    const std::filesystem::path output = parsed.options.output;
+    const std::string extension = CLI::detail::to_lower(output.extension().string());
+    for (const std::string_view foreign : {".pdf", ".glb", ".gltf", ".obj", ".fbx", ".stl", ".ply", ".u3d"})
+        if (!parsed.formatIsGiven && extension == foreign)
+            throw UsageError("cannot write '" + extension + "' files ('--format prc' writes PRC under this name)");
+}
+
+} // namespace
+
+void AddExportCommand(CLI::App& program, Command& chosen)
+{
+    const auto parsed = std::make_shared<Parsed>();
+    ExportOptions& options = parsed->options;
+    CLI::App& command = *program.add_subcommand("export", "Turn a scene into a PRC file")->group("Commands");
+    command.footer(ExportExamples);
+    command.add_option("SCENE", options.scene, "The scene to read ('orvelprc formats' lists what can be)")
+        ->type_name("")
+        ->required();
+    command.add_option("-o,--output", options.output, "The file to write; - writes to standard output")
+        ->type_name("OUT")
+        ->required();
+    AddChoice<bool>(command, "--format", parsed->formatIsGiven, {{"prc", true}},
+                    "Format of OUT, whatever its name: prc")
+        ->type_name("FORMAT");
+    AddImportOptions(command, options.load);
+    command
+        .add_option("--max-texture", options.maximumTextureSize,
+                    "Make textures smaller until no side exceeds N pixels (default: 1024)")
+        ->type_name("N")
+        ->check(Number("a number of pixels, 1 or more", [](double pixels) { return pixels >= 1.0; }));
+    command.add_flag("--json", options.json, "Print the summary as JSON");
+    command.add_flag("-q,--quiet", options.quiet, "Print no summary, no warnings and no progress");
+    command.add_flag("--strict", options.strict, "Fail where there would be a warning");
+    AddExistingFileOption(command, options.existing);
+    AddLimitOptions(command, options.limits);
+    command.callback([parsed, &chosen] {
+        if (parsed->options.output.empty())
+            throw UsageError("the name of the output is empty");
+        CheckExportFormat(*parsed);
+        chosen = std::move(parsed->options);
+    });
+}
+
+} // namespace Orvel::Cli

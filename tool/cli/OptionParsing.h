@@ -1,0 +1,60 @@
+#pragma once
+
+#include "tool/cli/ExportOptions.h"
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace Orvel::Cli
+{
+
+/// Options and checks that several commands share.
+
+/// Refuses what is no finite number or not accepted.
+///
+/// @param description as it reads after "is not": "a number above 0".
+[[nodiscard]] CLI::Validator Number(std::string description, bool (*accepts)(double));
+
+/// Refuses what is not the name of an existing folder.
+[[nodiscard]] CLI::Validator Folder();
+
+/// @param option for the message.
+/// @param text   a number and perhaps K, M, G or T, which are powers of 1024, as in "500M", "1.5GiB".
+/// @throws CLI::ValidationError
+[[nodiscard]] std::uint64_t SizeInBytes(const std::string& option, const std::string& text);
+
+template <typename Value>
+using Choices = std::vector<std::pair<std::string, Value>>;
+
+/// Adds an option whose value is one of some words, in any case.
+template <typename Value, typename Target>
+CLI::Option* AddChoice(CLI::App& command, const std::string& name, Target& value, const Choices<Value>& choices,
+                       const std::string& description)
+{
+    const auto choose = [name, choices, &value](const std::string& text) {
+        std::string known;
+        for (const auto& [word, meaning] : choices) {
+            if (CLI::detail::to_lower(text) == word) {
+                value = meaning;
+                return;
+            }
+            known += (known.empty() ? "" : ", ") + word;
+        }
+        throw CLI::ValidationError(name, "'" + text + "' is none of: " + known);
+    };
+    return command.add_option_function<std::string>(name, choose, description);
+}
+
+/// Adds --time-limit and --memory-limit.
+void AddLimitOptions(CLI::App& command, LimitOptions& limits);
+
+/// Adds what tells how a scene is to be read: --scale, --up, --crease-angle, --texture-dir.
+void AddImportOptions(CLI::App& command, Import::LoadOptions& load);
+
+/// Adds --no-clobber.
+void AddExistingFileOption(CLI::App& command, ExistingFile& existing);
+
+} // namespace Orvel::Cli

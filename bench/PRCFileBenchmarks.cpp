@@ -1,5 +1,6 @@
 #include "platform/prcfile/BitEncoding.h"
 #include "platform/prcfile/BitWriter.h"
+#include "platform/prcfile/PRCReader.h"
 #include "platform/prcfile/oPRCFile.h"
 
 #include <benchmark/benchmark.h>
@@ -12,7 +13,8 @@
 #include <random>
 #include <vector>
 
-/// Writing PRC files: the bit stream, and whole meshes from the caller's arrays to the finished file.
+/// Writing and reading PRC files: the bit stream, and whole files from the caller's arrays to the bytes and from there
+/// to the model. Reading a file is meant to take no longer than writing it.
 namespace
 {
 
@@ -148,6 +150,28 @@ BENCHMARK_CAPTURE(WriteMesh, double_points, Numbers::Double, Arrays::PointsOnly)
 BENCHMARK_CAPTURE(WriteMesh, float_all, Numbers::Float, Arrays::NormalsAndTexture)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(WriteMesh, double_all, Numbers::Double, Arrays::NormalsAndTexture)->Unit(benchmark::kMillisecond);
 
+void Read(benchmark::State& state, const std::vector<std::uint8_t>& file)
+{
+    for (auto _ : state) {
+        const prc::Model::PRCModel model = prc::readPRC(file);
+        if (!model.findings.empty())
+            state.SkipWithError(model.findings[0].message().c_str());
+        benchmark::DoNotOptimize(model.structures.data());
+    }
+    state.counters["bytes"] = static_cast<double>(file.size());
+}
+
+void ReadMesh(benchmark::State& state, Numbers numbers, Arrays arrays)
+{
+    const Mesh mesh = WavySphere(numbers);
+    Read(state, WholeFile(Tessellation(mesh, arrays)));
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(mesh.corners.size() / 3));
+}
+BENCHMARK_CAPTURE(ReadMesh, float_points, Numbers::Float, Arrays::PointsOnly)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ReadMesh, double_points, Numbers::Double, Arrays::PointsOnly)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ReadMesh, float_all, Numbers::Float, Arrays::NormalsAndTexture)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(ReadMesh, double_all, Numbers::Double, Arrays::NormalsAndTexture)->Unit(benchmark::kMillisecond);
+
 /// The yardstick: the same points and corners, compressed as they lie in memory.
 void CompressBareArrays(benchmark::State& state, Numbers numbers)
 {
@@ -168,27 +192,72 @@ void CompressBareArrays(benchmark::State& state, Numbers numbers)
 BENCHMARK_CAPTURE(CompressBareArrays, floats, Numbers::Float)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(CompressBareArrays, doubles, Numbers::Double)->Unit(benchmark::kMillisecond);
 
-/// Many small meshes and groups, with a material each: the cost of the tree.
-void WriteManyGroups(benchmark::State& state)
+std::vector<std::uint8_t> ManyGroups(std::int64_t count)
 {
     Mesh small;
     small.positions = {0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0, 0.5};
     small.corners = {0, 1, 2};
-    for (auto _ : state) {
-        std::vector<std::uint8_t> bytes;
-        prc::oPRCFile file(bytes, 1.0, 1);
-        for (std::int64_t group = 0; group < state.range(0); ++group) {
-            file.begingroup("group", nullptr, nullptr);
-            const std::uint32_t style = file.addMaterial({});
-            prc::PRC3DTess* mesh = Tessellation(small, Arrays::PointsOnly).release();
-            file.useMesh(file.add3DTess(mesh, 0), style, nullptr);
-            file.endgroup();
-        }
-        file.finish();
+    std::vector<std::uint8_t> bytes;
+    prc::oPRCFile file(bytes, 1.0, 1);
+    for (std::int64_t group = 0; group < count; ++group) {
+        file.begingroup("group", nullptr, nullptr);
+        const std::uint32_t style = file.addMaterial({});
+        prc::PRC3DTess* mesh = Tessellation(small, Arrays::PointsOnly).release();
+        file.useMesh(file.add3DTess(mesh, 0), style, nullptr);
+        file.endgroup();
     }
+    file.finish();
+    return bytes;
+}
+
+/// Materials that all differ.
+std::vector<std::uint8_t> ManyMaterials(std::int64_t count)
+{
+    std::vector<std::uint8_t> bytes;
+    prc::oPRCFile file(bytes, 1.0, 1);
+    for (std::int64_t number = 0; number < count; ++number) {
+        prc::PRCmaterial material;
+        const double shade = static_cast<double>(number) / static_cast<double>(count);
+        material.ambient = {shade, 0.25, 0.5, 1.0};
+        material.diffuse = {0.125, shade, 0.3, 1.0};
+        material.specular = {1.0 - shade, 0.1, shade, 1.0};
+        material.shininess = shade;
+        file.addMaterial(material);
+    }
+    file.finish();
+    return bytes;
+}
+
+/// Many small meshes and groups, with a material each: the cost of the tree.
+void WriteManyGroups(benchmark::State& state)
+{
+    for (auto _ : state)
+        benchmark::DoNotOptimize(ManyGroups(state.range(0)).data());
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 BENCHMARK(WriteManyGroups)->Arg(100)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+
+void ReadManyGroups(benchmark::State& state)
+{
+    Read(state, ManyGroups(state.range(0)));
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(ReadManyGroups)->Arg(100)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+
+void WriteManyMaterials(benchmark::State& state)
+{
+    for (auto _ : state)
+        benchmark::DoNotOptimize(ManyMaterials(state.range(0)).data());
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(WriteManyMaterials)->Arg(100000)->Unit(benchmark::kMillisecond);
+
+void ReadManyMaterials(benchmark::State& state)
+{
+    Read(state, ManyMaterials(state.range(0)));
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(ReadManyMaterials)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 /// A textured material whose picture is new, or the same each time.
 void AddPictures(benchmark::State& state, bool same)

@@ -61,6 +61,7 @@ public:
     void readTable(std::vector<Entry>& entries, unsigned minimumBits, const char* what, Read read)
     {
         const std::uint32_t count = readCount(minimumBits, sizeof(Entry), what);
+        entries.reserve(count); // no more than has been charged
         for (std::uint32_t number = 0; number < count && ok(); ++number) {
             Entry entry;
             read(entry);

@@ -92,6 +92,7 @@ void readMesh(SectionReader& section, Tessellation& mesh)
     section.readUnsignedIntegers(mesh.wireIndices, section.readCount(1, number, "wire indices"));
     section.readUnsignedIntegers(mesh.triangulatedIndices, section.readCount(1, number, "triangulated indices"));
     const std::uint32_t faces = section.readCount(faceBits, sizeof(Face), "faces");
+    mesh.faces.reserve(faces);
     for (std::uint32_t face = 0; face < faces && section.ok(); ++face)
         readFace(section, mesh.faces.emplace_back());
     section.readDoubles(mesh.textureCoordinates, section.readCount(doubleBits, sizeof(double), "texture coordinates"));
@@ -200,6 +201,7 @@ void readTessellations(SectionReader& section, Model::FileStructure& structure, 
     section.readContentBase();
     const std::uint32_t count = section.readCount(tessellationBits, sizeof(Tessellation), "tessellations");
     structure.announcedTessellations = count;
+    structure.tessellations.reserve(count); // no more than has been charged
     for (std::uint32_t number = 0; number < count; ++number) {
         Tessellation mesh;
         const std::uint32_t type = section.readEntityType();

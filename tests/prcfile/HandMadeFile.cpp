@@ -1,10 +1,8 @@
 #include "tests/prcfile/HandMadeFile.h"
 
-#include "platform/prcfile/Compression.h"
-#include "platform/prcfile/FileLayout.h"
 #include "platform/prcfile/NullIndex.h"
+#include "tests/prcfile/FileSections.h"
 
-#include <array>
 #include <optional>
 
 namespace prc::Test
@@ -21,43 +19,30 @@ void WriteOr(const std::function<void(SectionWriter&)>& write, SectionWriter& se
     (write ? write : otherwise)(section);
 }
 
-SectionWriter EmptyGeometry(EntityType type)
+Bytes BytesOf(const BitWriter& section)
 {
-    SectionWriter section;
-    section.writeEntityType(type);
-    section.writeContentBase(std::nullopt);
-    section.writeUnsignedInteger(0);
-    section.writeNoUserData();
-    return section;
+    return {section.bytes().begin(), section.bytes().end()};
 }
 
 } // namespace
 
+std::vector<std::uint8_t> FileOfStructures(std::span<const HandMadeFile> structures)
+{
+    const Bytes emptyGeometry = {0x99, 0x40, 0x40};
+    const Bytes emptyExtraGeometry = {0x99, 0xC0, 0x40};
+    FileSections file;
+    for (const HandMadeFile& made : structures)
+        file.structures.push_back({made.id,
+                                   made.pictures,
+                                   {BytesOf(made.globals), BytesOf(made.tree), BytesOf(made.tessellation),
+                                    emptyGeometry, emptyExtraGeometry}});
+    file.model = BytesOf(structures.back().model);
+    return file.File();
+}
+
 std::vector<std::uint8_t> HandMadeFile::Bytes() const
 {
-    const std::array<ByteBuffer, sectionCount - 1> sections = {
-        compressSection(globals.bytes()), compressSection(tree.bytes()), compressSection(tessellation.bytes()),
-        compressSection(EmptyGeometry(EntityType::FileStructureGeometry).bytes()),
-        compressSection(EmptyGeometry(EntityType::FileStructureExtraGeometry).bytes())};
-    const ByteBuffer modelFile = compressSection(model.bytes());
-    FileParts parts;
-    for (const auto& picture : pictures)
-        parts.pictures.push_back(picture.size());
-    for (std::size_t section = 0; section < sections.size(); ++section)
-        parts.compressedSections[section] = sections[section].size();
-    parts.modelFile = modelFile.size();
-
-    std::vector<std::uint8_t> file = mainHeader(layOutFile(parts), {1, 2, 3, 4}, structureId);
-    const auto append = [&file](auto&& bytes) { file.insert(file.end(), bytes.begin(), bytes.end()); };
-    append(fileStructureHeader(structureId, static_cast<std::uint32_t>(pictures.size())));
-    for (const auto& picture : pictures) {
-        append(pictureSizeField(static_cast<std::uint32_t>(picture.size())));
-        append(picture);
-    }
-    for (const ByteBuffer& section : sections)
-        append(section.view());
-    append(modelFile.view());
-    return file;
+    return FileOfStructures({this, 1});
 }
 
 HandMadeFile PlainFile()

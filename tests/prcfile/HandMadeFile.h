@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -23,7 +24,11 @@ struct HandMadeFile
     [[nodiscard]] std::vector<std::uint8_t> Bytes() const;
 
     static constexpr UniqueId structureId = {11, 12, 13, 14};
+    UniqueId id = structureId; ///< of the file structure.
 };
+
+/// A file with several file structures; the model file is that of the last.
+[[nodiscard]] std::vector<std::uint8_t> FileOfStructures(std::span<const HandMadeFile> structures);
 
 /// A file with one occurrence named "root", without styles, parts and meshes.
 [[nodiscard]] HandMadeFile PlainFile();

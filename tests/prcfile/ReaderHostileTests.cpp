@@ -1,18 +1,17 @@
 #include "platform/prcfile/PRCPicture.h"
 #include "platform/prcfile/PRCReader.h"
 #include "platform/prcfile/PRCScene.h"
+#include "tests/prcfile/FileSections.h"
 #include "tests/prcfile/HandMadeFile.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <libdeflate.h>
-
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <limits>
-#include <memory>
 
 /// Files that lie. Whatever stands in them, reading ends soon, takes little, and says what is wrong.
 namespace
@@ -27,8 +26,6 @@ using prc::SectionWriter;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-using Bytes = std::vector<std::uint8_t>;
 
 Bytes Example(const char* name)
 {
@@ -66,69 +63,6 @@ Model::PRCModel ReadAndUse(const Bytes& file)
     return model;
 }
 
-/// Unpacks the sections of an example and packs them again around a change.
-class Sections
-{
-public:
-    explicit Sections(const char* name)
-        : file(Example(name))
-    {
-        const Model::PRCModel model = prc::readPRC(file);
-        summaries.assign(model.structures[0].sections.begin() + 1, model.structures[0].sections.end());
-        summaries.push_back(model.modelFile);
-        for (const Model::SectionSummary& summary : summaries)
-            unpacked.push_back(Unpack(summary));
-        head.assign(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(summaries[0].offset));
-    }
-
-    [[nodiscard]] Bytes Pack() const
-    {
-        Bytes packed = head;
-        constexpr std::size_t firstOffset = 75; // of the globals; the model file's and the end follow the others
-        for (std::size_t section = 0; section < unpacked.size(); ++section) {
-            PutNumber(packed, firstOffset + 4 * section, packed.size());
-            const Bytes stream = Compress(unpacked[section]);
-            packed.insert(packed.end(), stream.begin(), stream.end());
-        }
-        PutNumber(packed, firstOffset + 4 * unpacked.size(), packed.size());
-        return packed;
-    }
-
-    std::vector<Bytes> unpacked; ///< globals, tree, tessellation, geometry, extra geometry, model file.
-
-private:
-    static void PutNumber(Bytes& bytes, std::size_t at, std::size_t number)
-    {
-        for (std::size_t byte = 0; byte < 4; ++byte)
-            bytes[at + byte] = static_cast<std::uint8_t>(number >> (8 * byte));
-    }
-
-    [[nodiscard]] Bytes Unpack(const Model::SectionSummary& summary) const
-    {
-        const std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_free_decompressor)> decompressor(
-            libdeflate_alloc_decompressor(), libdeflate_free_decompressor);
-        Bytes bytes(summary.unpackedBytes);
-        EXPECT_EQ(libdeflate_zlib_decompress(decompressor.get(), file.data() + summary.offset, summary.storedBytes,
-                                             bytes.data(), bytes.size(), nullptr),
-                  LIBDEFLATE_SUCCESS);
-        return bytes;
-    }
-
-    static Bytes Compress(const Bytes& bytes)
-    {
-        const std::unique_ptr<libdeflate_compressor, decltype(&libdeflate_free_compressor)> compressor(
-            libdeflate_alloc_compressor(1), libdeflate_free_compressor);
-        Bytes stream(libdeflate_zlib_compress_bound(compressor.get(), bytes.size()));
-        stream.resize(
-            libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(), stream.data(), stream.size()));
-        return stream;
-    }
-
-    Bytes file;
-    Bytes head;
-    std::vector<Model::SectionSummary> summaries;
-};
-
 class DamagedFiles : public testing::TestWithParam<const char*>
 {};
 
@@ -158,24 +92,22 @@ TEST_P(DamagedFiles, WithEachByteSpoilt)
 
 TEST_P(DamagedFiles, WithEachBitOfTheSectionsTurned)
 {
-    Sections sections(GetParam());
+    FileSections sections = FileSections::Of(Example(GetParam()));
+    std::array<Bytes, 5>& ofStructure = sections.structures.at(0).sections;
     std::size_t withFindings = 0;
-    for (Bytes& section : sections.unpacked) {
-        for (std::size_t bit = 0; bit < 8 * section.size(); ++bit) {
+    for (Bytes* const section : {&ofStructure[0], &ofStructure[1], &ofStructure[2], &sections.model}) {
+        for (std::size_t bit = 0; bit < 8 * section->size(); ++bit) {
             const auto mask = static_cast<std::uint8_t>(0x80U >> bit % 8);
-            section[bit / 8] ^= mask;
-            withFindings += ReadAndUse(sections.Pack()).findings.empty() ? 0U : 1U;
-            section[bit / 8] ^= mask;
+            (*section)[bit / 8] ^= mask;
+            withFindings += ReadAndUse(sections.File()).findings.empty() ? 0U : 1U;
+            (*section)[bit / 8] ^= mask;
         }
-        for (std::size_t length = 0; length < section.size(); ++length) {
-            Bytes whole(section.begin(), section.begin() + static_cast<std::ptrdiff_t>(length));
-            std::swap(whole, section);
-            ReadAndUse(sections.Pack());
-            std::swap(whole, section);
-        }
+        const Bytes whole = *section;
+        for (section->clear(); section->size() < whole.size(); section->push_back(whole[section->size()]))
+            ReadAndUse(sections.File());
     }
     EXPECT_GT(withFindings, 100U);
-    EXPECT_THAT(ReadAndUse(sections.Pack()).findings, IsEmpty());
+    EXPECT_THAT(ReadAndUse(sections.File()).findings, IsEmpty());
 }
 
 INSTANTIATE_TEST_SUITE_P(Small, DamagedFiles,
@@ -206,9 +138,9 @@ TEST(HostileFiles, WithMoreStructuresThanAnybodyHas)
 
 TEST(HostileFiles, ThatUnpackToMoreThanTheLimit)
 {
-    Sections sections("a_cube.prc");
-    sections.unpacked[2].resize(std::size_t{8} << 20); // zeros: a thousandth of that in the file
-    const Bytes file = sections.Pack();
+    FileSections sections = FileSections::Of(Example("a_cube.prc"));
+    sections.structures.at(0).sections[2].resize(std::size_t{8} << 20); // zeros: a thousandth of that in the file
+    const Bytes file = sections.File();
     ASSERT_LT(file.size(), 50000U);
     const Model::PRCModel model = prc::readPRC(file, smallLimits);
     ASSERT_THAT(model.findings, testing::Contains(testing::Field(&Model::Finding::text,

@@ -1,67 +1,59 @@
-#include "animation/COrvelKeyFrameDataHideShow.h"
-#include "animation/COrvelKeyFrameDataLight.h"
-#include "animation/COrvelKeyFrameDataMaterial.h"
-#include "animation/COrvelKeyFrameDataMorph.h"
-#include "animation/COrvelKeyFrameDataTransform.h"
-#include "animation/COrvelKeyFrameDataTransformCamera.h"
-#include "animation/COrvelKeyFrameDataVertices.h"
-#include "animation/COrvelKeyFrameManager.h"
-#include "animation/KeyFrameFixture.h"
 #include "platform/core/COrvel3DObject.h"
-#include "platform/core/COrvelBasicCamera.h"
-#include "platform/core/COrvelBasicGeneralMaterial.h"
-#include "platform/core/COrvelBasicPointLight.h"
 #include "platform/core/COrvelGeometry.h"
 #include "platform/core/COrvelLight.h"
 #include "platform/core/COrvelMaterial.h"
 #include "platform/core/COrvelVerticiesTable.h"
+#include "tests/animation/KeyFrameFixture.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include <limits>
 
 namespace Orvel
 {
 namespace
 {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 class KeyFrameRanges : public KeyFrames
 {
 protected:
-    COrvelKeyFrameDataTransform* Placement(const COrvelMatrix& matrix = {}) const
+    /// What a manager with that range records of the process-wide one.
+    static KeyFrameDataList Baked(int first, int last)
     {
-        return COrvelKeyFrameDataTransform::CreateTransformKeyFrameData(id, matrix);
+        COrvelKeyFrameManager record;
+        record.SetFirstFrame(first);
+        record.SetLastFrame(last);
+        record.BakeTimeline();
+        EXPECT_FALSE(record.HasKeyFrames()) << "the record is kept beside the timeline";
+        KeyFrameDataList baked{nullptr};
+        const int count = record.ListBakedKeyFrameData(baked);
+        EXPECT_EQ(static_cast<std::size_t>(count) + 1, baked.size()) << "what the list holds already stays";
+        baked.erase(baked.begin());
+        return baked;
     }
-    COrvelPtr<COrvelKeyFrameData> Range(int start, int end) const { return Over(start, end, Placement()); }
 };
 
 TEST_F(KeyFrameRanges, SpanFromTheFirstStartToTheLastEnd)
 {
-    const KeyFrameDataList list{Range(12, 20), nullptr, Range(5, 9), Range(7, 15)};
-    FrameRange span;
-    COrvelKeyFrameManager::FrameSpan({}, span);
-    COrvelKeyFrameManager::FrameSpan({nullptr}, span);
-    EXPECT_EQ(span, FrameRange(0, 0));
-    COrvelKeyFrameManager::FrameSpan(list, span);
-    EXPECT_EQ(span, FrameRange(5, 20));
-    span = {0, 99};
-    COrvelKeyFrameManager::FrameSpan(list, span);
-    EXPECT_EQ(span, FrameRange(5, 20)) << "one frame other than 0 does not keep the span";
-    span = {1, 99};
-    COrvelKeyFrameManager::FrameSpan(list, span);
-    EXPECT_EQ(span, FrameRange(1, 99));
-
+    const KeyFrameDataList list{PlainOver(12, 20), nullptr, PlainOver(5, 9), PlainOver(7, 15)};
+    struct Case
+    {
+        KeyFrameDataList list;
+        FrameRange before, after;
+    };
+    const Case cases[] = {{{}, {0, 0}, {0, 0}},     {{nullptr}, {0, 0}, {0, 0}}, {list, {0, 0}, {5, 20}},
+                          {list, {0, 99}, {5, 20}}, {list, {99, 0}, {5, 20}},    {list, {1, 99}, {1, 99}}};
+    for (const Case& asked : cases) {
+        FrameRange span = asked.before;
+        COrvelKeyFrameManager::FrameSpan(asked.list, span);
+        EXPECT_EQ(span, asked.after) << asked.before.first << " to " << asked.before.second;
+    }
     EXPECT_EQ(COrvelKeyFrameManager::FrameLength(list), 15);
     EXPECT_EQ(COrvelKeyFrameManager::FrameLength({}), 0);
 }
 
 TEST_F(KeyFrameRanges, MoveToFrameZeroTogether)
 {
-    KeyFrameDataList list{nullptr, Range(5, 9), Range(12, 20)};
-    list[2]->SetConstantSpeedStartFrame(14);
-    list[2]->SetConstantSpeedEndFrame(17);
+    KeyFrameDataList list{nullptr, PlainOver(5, 9), PlainOver(12, 20)};
+    list[2]->SetTiming(12, 20, 14, 17, 0, 0);
     list[2]->SetWorkingFrame(19);
     COrvelKeyFrameManager::MoveToFrameZero(list);
     EXPECT_EQ(list[1]->StartFrame(), 0);
@@ -71,42 +63,31 @@ TEST_F(KeyFrameRanges, MoveToFrameZeroTogether)
     EXPECT_EQ(list[2]->ConstantSpeedStartFrame(), 9);
     EXPECT_EQ(list[2]->ConstantSpeedEndFrame(), 12);
     EXPECT_EQ(list[2]->WorkingFrame(), 7);
-
-    // Data of a manager are found where they were until they are filed anew.
-    const auto stored = Store(30, 34, Placement());
-    KeyFrameDataList held{stored};
-    COrvelKeyFrameManager::MoveToFrameZero(held);
-    manager->RefileKeyFrameData(held.front());
-    EXPECT_EQ(manager->StoredKeyFrameDataAtFrame(id, 3), stored);
-    EXPECT_FALSE(manager->StoredKeyFrameDataAtOrAfter(id, 5));
     KeyFrameDataList none;
     COrvelKeyFrameManager::MoveToFrameZero(none);
-    EXPECT_THAT(none, IsEmpty());
 }
 
 TEST_F(KeyFrameRanges, LoopWithoutASeamWhenBothEndsShowTheSame)
 {
-    Store(0, 10, Placement(Shift(2.0, 3.0, 5.0)));
+    StorePlain(0, 10, Shift(2, 3, 5));
     EXPECT_TRUE(manager->IsSeamlessLoop()) << "one data is at both ends";
-    const auto last = Store(11, 20, Placement(Shift(2.0, 3.0, 5.002)));
+    const auto last = StorePlain(11, 20, Shift(2, 3, 5.002));
     EXPECT_FALSE(manager->IsSeamlessLoop());
-    last->SetStoredMatrix(Shift(2.0, 3.0009, 5.0));
+    last->SetStoredMatrix(Shift(2, 3.0009, 5));
     EXPECT_TRUE(manager->IsSeamlessLoop());
 
-    COrvelTransform* const other = COrvelTransform::Create(&document);
-    Store(0, 4, COrvelKeyFrameDataTransform::CreateTransformKeyFrameData(other->ID(), COrvelMatrix()));
+    const COrvelID other = NewTransform();
+    Store(0, 4, Plain::CreateTransformKeyFrameData(other, {}));
     EXPECT_FALSE(manager->IsSeamlessLoop()) << "only one of the ends has a state of the second entity";
-    const auto turned = Store(15, 20,
-                              COrvelKeyFrameDataTransformCamera::CreateCameraKeyFrameData(other->ID(), COrvelMatrix(),
-                                                                                          40.0, 2.0, false, 3.0, 5.0));
+    const auto turned = Store(15, 20, Camera::CreateCameraKeyFrameData(other, {}, 40, 2, false, 3, 5));
     EXPECT_TRUE(manager->IsSeamlessLoop()) << "cameras are placements too";
-    turned->SetStoredMatrix(Shift(0.0, 0.0, -0.5));
+    turned->SetStoredMatrix(Shift(0, 0, -0.5));
     EXPECT_FALSE(manager->IsSeamlessLoop());
 }
 
 TEST_F(KeyFrameRanges, LoopByTheRulesOfEachKindOfData)
 {
-    COrvelGeometry* const shape = COrvelGeometry::Create(&document, {0.0, 0.0, 0.0, 3.0, 0.0, 0.0}, {});
+    COrvelGeometry* const shape = COrvelGeometry::Create(&document, {0, 0, 0, 3, 0, 0}, {});
     const COrvelID object = COrvel3DObject::Create(&document)->ID();
     const COrvelID otherObject = COrvel3DObject::Create(&document)->ID();
     const COrvelID material = COrvelMaterial::Create(&document)->ID();
@@ -114,21 +95,19 @@ TEST_F(KeyFrameRanges, LoopByTheRulesOfEachKindOfData)
     const COrvelID table = shape->VerticiesTable()->ID();
     const COrvelBasicGeneralMaterial looks;
     const COrvelBasicPointLight glow;
-    const COrvelBasicVectorsTable positions({{1.0, 2.0, 3.0}});
-    const auto hide = [&](bool hidden) {
-        return COrvelKeyFrameDataHideShow::CreateHideShowKeyFrameData(object, hidden);
-    };
+    const COrvelBasicVectorsTable positions({{1, 2, 3}});
+    const auto hide = [&](bool hidden) { return HideShow::CreateHideShowKeyFrameData(object, hidden); };
     const auto morph = [&](const COrvelID& of, double weight) {
-        return COrvelKeyFrameDataMorph::CreateMorphKeyFrameData(shape->ID(), of, weight);
+        return Morph::CreateMorphKeyFrameData(shape->ID(), of, weight);
     };
     const auto paint = [&](const COrvelBasicMaterial* shown) {
-        return COrvelKeyFrameDataMaterial::CreateMaterialKeyFrameData(material, shown, material);
+        return Material::CreateMaterialKeyFrameData(material, shown, material);
     };
     const auto shine = [&](const COrvelBasicLight* shown) {
-        return COrvelKeyFrameDataLight::CreateLightKeyFrameData(light, shown, light);
+        return Light::CreateLightKeyFrameData(light, shown, light);
     };
     const auto bend = [&](const COrvelBasicVectorsTable* shown) {
-        return COrvelKeyFrameDataVertices::CreateVerticesKeyFrameData(table, shown);
+        return Vertices::CreateVerticesKeyFrameData(table, shown);
     };
     struct Case
     {
@@ -149,6 +128,7 @@ TEST_F(KeyFrameRanges, LoopByTheRulesOfEachKindOfData)
         {"no light", shine(nullptr), shine(nullptr), true},
         {"equal tables, but not one", bend(&positions), bend(&positions), false},
         {"no table", bend(nullptr), bend(nullptr), true},
+        {"two kinds", HideShow::CreateHideShowKeyFrameData(material, false), paint(nullptr), false},
     };
     for (const Case& one : cases) {
         SCOPED_TRACE(one.what);
@@ -158,63 +138,56 @@ TEST_F(KeyFrameRanges, LoopByTheRulesOfEachKindOfData)
         EXPECT_EQ(manager->IsSeamlessLoop(), one.seamless);
         manager->ClearKeyFrameData();
     }
-
-    // Two kinds of data never match, whatever they hold.
-    Store(0, 2, hide(false));
-    Store(3, 5, paint(nullptr));
-    EXPECT_FALSE(manager->IsSeamlessLoop());
 }
 
 TEST_F(KeyFrameRanges, BakeTheSceneFrameByFrame)
 {
-    Store(0, 3, Placement(Shift(2.0, 3.0, 5.0)));
-    Store(7, 9, Placement(Shift(6.0, 3.0, 5.0)));
-    COrvelTransform* const cameraTransform = COrvelTransform::Create(&document);
-    Store(0, 8,
-          COrvelKeyFrameDataTransformCamera::CreateCameraKeyFrameData(cameraTransform->ID(), COrvelMatrix(), 40.0, 2.0,
-                                                                      false, 3.0, 5.0));
-    COrvelKeyFrameManager record;
-    record.SetFirstFrame(3);
-    record.SetLastFrame(5);
-    record.BakeTimeline();
-    KeyFrameDataList baked{nullptr};
-    ASSERT_EQ(record.ListBakedKeyFrameData(baked), 6);
-    ASSERT_EQ(baked.size(), 7U) << "what the list holds already stays";
+    StorePlain(0, 3, Shift(2, 3, 5));
+    StorePlain(7, 9, Shift(6, 3, 5));
+    const COrvelID eye = NewTransform();
+    Store(0, 8, Camera::CreateCameraKeyFrameData(eye, {}, 40, 2, false, 3, 5));
+    const KeyFrameDataList baked = Baked(3, 5);
+    ASSERT_EQ(baked.size(), 6U);
     for (int frame = 3; frame <= 5; ++frame) {
-        const auto position = static_cast<std::size_t>(2 * (frame - 3) + 1);
-        const auto* const moved = dynamic_cast<const COrvelKeyFrameDataTransform*>(baked[position].Get());
+        const auto position = static_cast<std::size_t>(2 * (frame - 3));
+        const auto* const moved = dynamic_cast<const Plain*>(baked[position].Get());
         ASSERT_NE(moved, nullptr) << "entities in id order, frame " << frame;
         EXPECT_EQ(moved->StartFrame(), frame);
         EXPECT_EQ(moved->EndFrame(), frame);
-        EXPECT_NEAR(moved->Matrix().M(0, 3), 2.0 + (frame - 3), 1e-12);
-        const COrvelPtr<COrvelKeyFrameData>& camera = baked[position + 1];
-        ASSERT_EQ(camera->Type(), eKeyFrameDataType_TransformCamera);
-        EXPECT_EQ(camera->AnimatedEntityID(), cameraTransform->ID());
+        EXPECT_NEAR(moved->Matrix().M(0, 3), frame - 1, 1e-12);
+        const DataPtr& camera = baked[position + 1];
+        EXPECT_EQ(camera->AnimatedEntityID(), eye);
+        EXPECT_EQ(camera->EndFrame(), 8) << "cameras keep their range";
     }
-    record.SetFirstFrame(6);
-    record.BakeTimeline();
-    EXPECT_EQ(record.ListBakedKeyFrameData(baked), 6) << "an inverted range records nothing";
-    EXPECT_FALSE(record.HasKeyFrames()) << "the record is kept beside the timeline";
+    EXPECT_TRUE(Baked(6, 5).empty()) << "an inverted range records nothing";
 }
 
 TEST_F(KeyFrameRanges, BakeLightsThatCannotBeBlendedWithoutTouchingTheScene)
 {
-    COrvelLight* const light = COrvelLight::Create(&document);
+    const COrvelID light = COrvelLight::Create(&document)->ID();
     const COrvelBasicPointLight point;
     const COrvelBasicDirectionalLight sun;
-    const auto first = Store(0, 2, COrvelKeyFrameDataLight::CreateLightKeyFrameData(light->ID(), &point, light->ID()));
-    Store(8, 9, COrvelKeyFrameDataLight::CreateLightKeyFrameData(light->ID(), &sun, light->ID()));
-    COrvelKeyFrameManager record;
-    record.SetFirstFrame(4);
-    record.SetLastFrame(5);
-    record.BakeTimeline();
-    KeyFrameDataList baked;
-    ASSERT_EQ(record.ListBakedKeyFrameData(baked), 2);
+    const auto first = Store(0, 2, Light::CreateLightKeyFrameData(light, &point, light));
+    Store(8, 9, Light::CreateLightKeyFrameData(light, &sun, light));
+    const KeyFrameDataList baked = Baked(4, 5);
+    ASSERT_EQ(baked.size(), 2U);
     EXPECT_EQ(baked[0]->StartFrame(), 4);
     EXPECT_EQ(baked[1]->StartFrame(), 5);
     EXPECT_EQ(first->StartFrame(), 0);
     EXPECT_EQ(first->EndFrame(), 2);
-    EXPECT_EQ(manager->StoredKeyFrameDataAtFrame(light->ID(), 2), first);
+}
+
+TEST_F(KeyFrameRanges, ReachTheLargestFrame)
+{
+    constexpr int largest = std::numeric_limits<int>::max();
+    StorePlain(largest - 1, largest);
+    std::vector<int> frames;
+    manager->ListKeyFrameNumbers(id, frames);
+    EXPECT_EQ(frames, std::vector<int>({largest - 1, largest}));
+    EXPECT_EQ(manager->LastFrame(), largest);
+    const KeyFrameDataList baked = Baked(largest, largest);
+    ASSERT_EQ(baked.size(), 1U);
+    EXPECT_EQ(baked[0]->StartFrame(), largest);
 }
 
 } // namespace

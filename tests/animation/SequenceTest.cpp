@@ -1,13 +1,10 @@
-#include "animation/COrvelKeyFrameDataTransform.h"
 #include "animation/COrvelSequence.h"
 #include "animation/COrvelSequenceContainer.h"
-#include "platform/core/COrvelDocument.h"
 #include "platform/core/COrvelMessageManager.h"
 #include "platform/core/COrvelSkeletonJoint.h"
-#include "platform/core/COrvelTransform.h"
+#include "tests/animation/KeyFrameFixture.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace Orvel
 {
@@ -18,21 +15,28 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
-class Sequences : public testing::Test
+class Sequences : public KeyFrames
 {
 protected:
-    COrvelPtr<COrvelSequence> Create(int orderIndex = 0)
+    static COrvelPtr<COrvelSequence> Create(int orderIndex = 0)
     {
         const COrvelPtr<COrvelSequence> sequence = COrvelSequence::Create();
         sequence->SetOrderIndex(orderIndex);
         return sequence;
     }
 
-    static void MoveInto(COrvelSequenceGroup* group, COrvelSequence& sequence)
+    void MoveInto(COrvelSequenceGroup* group, COrvelSequence& sequence)
     {
-        COrvelSequenceContainer::Instance()->FindGroup(sequence.GroupID())->RemoveSequence(&sequence);
+        container->FindGroup(sequence.GroupID())->RemoveSequence(&sequence);
         sequence.SetGroupID(group->ID());
         group->AddSequence(&sequence);
+    }
+
+    DataPtr GiveData(COrvelSequence& sequence, const COrvelID& entity)
+    {
+        DataPtr data = Over(0, 12, Plain::CreateTransformKeyFrameData(entity, {}));
+        sequence.AddKeyFrameData(data, true);
+        return data;
     }
 
     std::vector<COrvelSequence*> Listed(bool skipTemporary = false, bool onlyMarked = false) const
@@ -41,6 +45,7 @@ protected:
         container->ListSequences(list, skipTemporary, onlyMarked);
         return list;
     }
+    const std::set<COrvelUUID>& CurrentMembers() const { return container->CurrentGroup()->Members(); }
 
     COrvelSequenceContainer* container = COrvelSequenceContainer::Instance();
 };
@@ -56,17 +61,12 @@ TEST_F(Sequences, AreNumberedAndJoinTheCurrentGroup)
     EXPECT_EQ(third->Name(), COrvelString("Sequence3"));
     EXPECT_EQ(copy->Name(), COrvelString("Sequence3_copy"));
     EXPECT_EQ(fourth->Name(), COrvelString("Sequence4")) << "copies are not counted";
-
-    const COrvelSequenceGroup* const group = container->CurrentGroup();
-    EXPECT_EQ(group->Name(), COrvelString("Default"));
-    EXPECT_FALSE(group->ID().IsValid());
-    EXPECT_EQ(group->OrderIndex(), -1);
-    EXPECT_THAT(group->Members(),
+    EXPECT_EQ(first->Duration(), -1);
+    EXPECT_EQ(container->CurrentGroup()->Name(), COrvelString("Default"));
+    EXPECT_FALSE(container->CurrentGroup()->ID().IsValid());
+    EXPECT_EQ(container->CurrentGroup()->OrderIndex(), -1);
+    EXPECT_THAT(CurrentMembers(),
                 UnorderedElementsAre(first->UUID(), second->UUID(), third->UUID(), copy->UUID(), fourth->UUID()));
-    EXPECT_FALSE(first->IsTemporary());
-    EXPECT_FALSE(first->IsMarked());
-    EXPECT_EQ(first->Duration(), -1.0);
-    EXPECT_EQ(first->ReferenceCount(), 1);
 }
 
 TEST_F(Sequences, AreCopiedIntoTheirGroupWithoutTheirData)
@@ -78,15 +78,12 @@ TEST_F(Sequences, AreCopiedIntoTheirGroupWithoutTheirData)
     sequence->SetDuration(2.5);
     sequence->SetText("text");
     sequence->SetTemporary(true);
-    COrvelDocument document;
-    COrvelPtr<COrvelKeyFrameData> data = COrvelKeyFrameDataTransform::CreateTransformKeyFrameData(
-        COrvelTransform::Create(&document)->ID(), COrvelMatrix());
-    sequence->AddKeyFrameData(data, true);
+    GiveData(*sequence, id);
 
     const COrvelPtr<COrvelSequence> copy = sequence->Duplicate();
     EXPECT_EQ(copy->GroupID(), group->ID());
     EXPECT_THAT(group->Members(), UnorderedElementsAre(sequence->UUID(), copy->UUID()));
-    EXPECT_THAT(container->CurrentGroup()->Members(), IsEmpty());
+    EXPECT_THAT(CurrentMembers(), IsEmpty());
     EXPECT_EQ(copy->PreviewImage(), COrvelTexture("größe.png"));
     EXPECT_EQ(copy->Duration(), 2.5);
     EXPECT_EQ(copy->Text(), COrvelString());
@@ -108,14 +105,9 @@ TEST_F(Sequences, AreListedByOrderIndexThenTheRest)
     const auto otherNone = Create();
     const auto before = Create(-4);
     const auto otherSecond = Create(2);
-    COrvelSequence* low = none.Get();
-    COrvelSequence* high = otherNone.Get();
-    if (std::less<>()(high, low))
-        std::swap(low, high);
-    COrvelSequence* early = second.Get();
-    COrvelSequence* late = otherSecond.Get();
-    if (late->UUID() < early->UUID())
-        std::swap(early, late);
+    const auto [low, high] = std::minmax({none.Get(), otherNone.Get()}, std::less<>());
+    const auto [early, late] = std::minmax({second.Get(), otherSecond.Get()},
+                                           [](const auto* a, const auto* b) { return a->UUID() < b->UUID(); });
     EXPECT_THAT(Listed(), ElementsAre(before.Get(), first.Get(), early, late, low, high));
 
     first->SetTemporary(true);
@@ -135,7 +127,7 @@ TEST_F(Sequences, LeaveContainerAndGroupWhenTheyAreDestroyed)
         EXPECT_EQ(Listed().size(), 3U);
     }
     EXPECT_THAT(Listed(), ElementsAre(kept.Get()));
-    EXPECT_THAT(container->CurrentGroup()->Members(), ElementsAre(kept->UUID()));
+    EXPECT_THAT(CurrentMembers(), ElementsAre(kept->UUID()));
 }
 
 TEST_F(Sequences, LoseTheirIdWhenTheyAreCleared)
@@ -144,32 +136,31 @@ TEST_F(Sequences, LoseTheirIdWhenTheyAreCleared)
     const COrvelUUID former = sequence->UUID();
     sequence->SetTemporary(true);
     sequence->SetPreviewImage(COrvelTexture("cover.png"));
-    sequence->SetDuration(4.0);
-    sequence->SetLastFrame(12);
-    COrvelDocument document;
-    COrvelPtr<COrvelKeyFrameData> data = COrvelKeyFrameDataTransform::CreateTransformKeyFrameData(
-        COrvelTransform::Create(&document)->ID(), COrvelMatrix());
-    sequence->AddKeyFrameData(data, true);
+    sequence->SetDuration(4);
+    const DataPtr data = GiveData(*sequence, id);
+    StorePlain(0, 12);
     sequence->BakeTimeline();
 
     sequence->Clear();
     EXPECT_FALSE(sequence->HasKeyFrames());
     EXPECT_EQ(data->ReferenceCount(), 1);
+    KeyFrameDataList baked;
+    EXPECT_EQ(sequence->ListBakedKeyFrameData(baked), 0);
     EXPECT_EQ(sequence->LastFrame(), 0);
     EXPECT_TRUE(sequence->PreviewImage().IsEmpty());
     EXPECT_FALSE(sequence->IsTemporary());
-    EXPECT_EQ(sequence->Duration(), 4.0);
+    EXPECT_EQ(sequence->Duration(), 4);
     EXPECT_EQ(sequence->Name(), COrvelString("Sequence1"));
     EXPECT_FALSE(sequence->UUID().IsValid()) << "asking does not make one";
     EXPECT_THAT(Listed(), IsEmpty());
-    EXPECT_THAT(container->CurrentGroup()->Members(), IsEmpty());
+    EXPECT_THAT(CurrentMembers(), IsEmpty());
 
-    const COrvelUUID id = sequence->ValidUUID();
-    EXPECT_TRUE(id.IsValid());
-    EXPECT_NE(id, former);
-    EXPECT_EQ(sequence->ValidUUID(), id);
-    EXPECT_EQ(container->FindSequence(id), sequence.Get());
-    EXPECT_THAT(container->CurrentGroup()->Members(), ElementsAre(id));
+    const COrvelUUID uuid = sequence->ValidUUID();
+    EXPECT_TRUE(uuid.IsValid());
+    EXPECT_NE(uuid, former);
+    EXPECT_EQ(sequence->ValidUUID(), uuid);
+    EXPECT_EQ(container->FindSequence(uuid), sequence.Get());
+    EXPECT_THAT(CurrentMembers(), ElementsAre(uuid));
 }
 
 TEST_F(Sequences, GroupsAreNumberedAndFoundById)
@@ -180,18 +171,15 @@ TEST_F(Sequences, GroupsAreNumberedAndFoundById)
     EXPECT_EQ(second->Name(), COrvelString("Group 2"));
     EXPECT_EQ(first->OrderIndex(), 0);
     EXPECT_EQ(second->OrderIndex(), 1);
-    EXPECT_TRUE(second->ID().IsValid());
     EXPECT_EQ(container->FindGroup(second->ID()), second);
     EXPECT_EQ(container->FindGroup(COrvelUUID()), container->CurrentGroup());
     COrvelUUID unknown;
     unknown.Generate();
     EXPECT_EQ(container->FindGroup(unknown), nullptr);
-    EXPECT_EQ(container->Groups().size(), 2U);
 
     const auto sequence = Create();
-    for (int times = 0; times < 2; ++times)
-        first->AddSequence(sequence.Get());
-    first->AddSequence(nullptr);
+    for (COrvelSequence* const added : {sequence.Get(), sequence.Get(), static_cast<COrvelSequence*>(nullptr)})
+        first->AddSequence(added);
     second->RemoveSequence(sequence.Get());
     EXPECT_THAT(first->Members(), ElementsAre(sequence->UUID()));
     first->RemoveSequence(nullptr);
@@ -212,10 +200,9 @@ TEST_F(Sequences, OutliveAResetOfTheContainer)
 
     container->Reset();
     EXPECT_THAT(Listed(), IsEmpty());
-    EXPECT_TRUE(container->Groups().empty());
     EXPECT_EQ(container->FindGroup(groupID), nullptr);
     EXPECT_EQ(container->CurrentGroup()->Name(), COrvelString("Default"));
-    EXPECT_THAT(container->CurrentGroup()->Members(), IsEmpty());
+    EXPECT_THAT(CurrentMembers(), IsEmpty());
     EXPECT_TRUE(container->Text().IsEmpty());
     EXPECT_THAT(container->HostSequences(), IsEmpty());
     EXPECT_EQ(sequence->ReferenceCount(), 1);
@@ -237,12 +224,12 @@ TEST_F(Sequences, ShareAnIdOnlyWithTheirSuccessor)
     EXPECT_THAT(Listed(), ElementsAre(successor.Get()));
     first->Clear();
     EXPECT_THAT(Listed(), ElementsAre(successor.Get())) << "the successor keeps its place";
-    EXPECT_EQ(container->CurrentGroup()->Members().size(), 1U);
+    EXPECT_EQ(CurrentMembers().size(), 1U);
     successor = nullptr;
     EXPECT_THAT(Listed(), IsEmpty());
 }
 
-/// Keeps what the last message said.
+/// Keeps what every message said.
 class Listener : public COrvelMessageReceiver
 {
 public:
@@ -263,19 +250,15 @@ public:
 
 TEST_F(Sequences, AskForTheirInsertionIntoTheTimeline)
 {
-    COrvelDocument document;
     COrvelSkeletonJoint* const root = COrvelSkeletonJoint::Create(&document, "hip", eJointType_Root);
-    root->SetLocalMatrix(COrvelMatrix());
+    root->SetLocalTransform(transform);
     const auto sequence = Create();
     sequence->SetName("walk");
-    COrvelPtr<COrvelKeyFrameData> data =
-        COrvelKeyFrameDataTransform::CreateTransformKeyFrameData(root->LocalTransform()->ID(), COrvelMatrix());
-    sequence->AddKeyFrameData(data, true);
+    const DataPtr data = GiveData(*sequence, id);
 
-    sequence->RequestInsertIntoTimeline(2.0, false);
     Listener listener;
     sequence->RequestInsertIntoTimeline(1e-9, true);
-    sequence->RequestInsertIntoTimeline(-1.0, true);
+    sequence->RequestInsertIntoTimeline(-1, true);
     EXPECT_THAT(listener.messages, IsEmpty()) << "nothing is repeated";
 
     sequence->RequestInsertIntoTimeline(2.5, true);
@@ -288,22 +271,12 @@ TEST_F(Sequences, AskForTheirInsertionIntoTheTimeline)
         names.push_back(message.Value(position).Name().toStdString());
     ASSERT_THAT(names, ElementsAre("keyframesDataToBeCopied", "sequenceRootJoints", "caption", "numberOfTimesToRepeat",
                                    "blendSequences"));
-
-    const auto* const sent = message.Find<KeyFrameDataList>("keyframesDataToBeCopied");
-    ASSERT_NE(sent, nullptr);
-    EXPECT_THAT(*sent, ElementsAre(data)) << "the stored data themselves";
-    const auto* const joints = message.Find<std::vector<COrvelSkeletonJoint*>>("sequenceRootJoints");
-    ASSERT_NE(joints, nullptr);
-    EXPECT_THAT(*joints, ElementsAre(root));
-    const auto* const caption = message.Find<COrvelString>("caption");
-    ASSERT_NE(caption, nullptr);
-    EXPECT_EQ(*caption, COrvelString("walk"));
-    const auto* const count = message.Find<double>("numberOfTimesToRepeat");
-    ASSERT_NE(count, nullptr);
-    EXPECT_EQ(*count, 2.5);
-    const auto* const blend = message.Find<bool>("blendSequences");
-    ASSERT_NE(blend, nullptr);
-    EXPECT_TRUE(*blend);
+    EXPECT_THAT(message.Find<KeyFrameDataList>(names[0].c_str()), testing::Pointee(ElementsAre(data)))
+        << "the stored data themselves";
+    EXPECT_THAT(message.Find<std::vector<COrvelSkeletonJoint*>>(names[1].c_str()), testing::Pointee(ElementsAre(root)));
+    EXPECT_THAT(message.Find<COrvelString>(names[2].c_str()), testing::Pointee(COrvelString("walk")));
+    EXPECT_THAT(message.Find<double>(names[3].c_str()), testing::Pointee(2.5));
+    EXPECT_THAT(message.Find<bool>(names[4].c_str()), testing::Pointee(true));
 }
 
 } // namespace

@@ -87,6 +87,7 @@ nlohmann::json ImportAndWrite(const ExportOptions& options, const Import::LoadOp
     Import::ImportReport report;
     reporter.Stage("reading the scene");
     const Import::LoadedDocument loaded = Import::LoadDocument(options.scene, load, report);
+    report.CountLeftOut("animation", "animations", loaded.clips.size());
     SendWarnings(reporter, report.Warnings(), options.strict);
     reporter.Stage("writing the file");
     WritePrc(*loaded.document, file, options);

@@ -111,6 +111,7 @@ void NodeMaker::MakeTree(COrvelSceneNode* top)
             throw ImportError("its nodes are nested more than " + std::to_string(MaximumNodeDepth) + " levels deep");
         const ImportedNode& source = scene.nodes[static_cast<std::size_t>(index)];
         COrvelSceneNode* node = MakeNode(source);
+        built.nodes[static_cast<std::size_t>(index)] = node;
         if (parent)
             parent->AddChild(node);
         else
@@ -196,7 +197,10 @@ BuiltDocument BuildDocument(ImportedScene scene, TextureFiles& textures, const B
         document.AddRootNode(top);
         built.summary.unitChange = unitChange;
     }
+    built.nodes.resize(scene.nodes.size(), nullptr);
     NodeMaker(scene, parts, built).MakeTree(top);
+    built.materials = materials.Made();
+    built.clips = std::move(scene.clips);
 
     const DocumentParts::Totals made = parts.Made();
     built.summary.format = scene.format;

@@ -15,7 +15,9 @@
 namespace Orvel
 {
 class COrvelCamera;
-}
+class COrvelMaterial;
+class COrvelSceneNode;
+} // namespace Orvel
 
 namespace Orvel::Import
 {
@@ -62,6 +64,11 @@ struct BuiltDocument
 {
     std::unique_ptr<COrvelDocument> document; ///< never null
     std::vector<DocumentCamera> cameras;      ///< in the order of the tree
+    /// For each node of the scene the document's node that carries its local matrix.
+    std::vector<COrvelSceneNode*> nodes;
+    /// For each material of the scene those that stand for it, see below; none for one that nothing shows.
+    std::vector<std::vector<COrvelMaterial*>> materials;
+    std::vector<ImportedClip> clips; ///< of the scene; their nodes and materials are positions in the lists above
     BuildSummary summary;
 };
 

@@ -31,12 +31,23 @@ COrvelColor OpaqueColor(const std::array<double, 3>& channels)
 
 } // namespace
 
+void GiveColours(COrvelBasicGeneralMaterial& target, const ImportedMaterial& source)
+{
+    target.SetAmbientColor(OpaqueColor(source.ambient));
+    // Viewers differ in which of the two they follow: the alpha of the diffuse colour or the opacity.
+    target.SetDiffuseColor({source.diffuse[0], source.diffuse[1], source.diffuse[2], source.opacity});
+    target.SetSpecularColor(OpaqueColor(source.specular));
+    target.SetEmissiveColor(OpaqueColor(source.emissive));
+    target.SetOpacity(source.opacity);
+}
+
 DocumentMaterials::DocumentMaterials(COrvelDocument& theDocument, const ImportedScene& theScene,
                                      TextureFiles& theTextures)
     : document(theDocument)
     , scene(theScene)
     , textures(theTextures)
     , shared(theScene.materials.size(), nullptr)
+    , made(theScene.materials.size())
 {}
 
 void DocumentMaterials::MakeRoom(std::size_t ownCount)
@@ -61,7 +72,10 @@ COrvelMaterial* DocumentMaterials::Shared(Index index)
 
 COrvelMaterial* DocumentMaterials::Own(Index index)
 {
-    return COrvelMaterial::Create(&document, LooksOf(index));
+    COrvelMaterial* const material = COrvelMaterial::Create(&document, LooksOf(index));
+    if (index != None)
+        made[static_cast<std::size_t>(index)].push_back(material);
+    return material;
 }
 
 const COrvelBasicGeneralMaterial& DocumentMaterials::LooksOf(Index index)
@@ -82,12 +96,7 @@ const COrvelBasicGeneralMaterial& DocumentMaterials::LooksOf(Index index)
 void DocumentMaterials::GiveLooks(COrvelBasicGeneralMaterial& target, const ImportedMaterial& source)
 {
     target.SetName(COrvelString(source.name));
-    target.SetAmbientColor(OpaqueColor(source.ambient));
-    // Viewers differ in which of the two they follow: the alpha of the diffuse colour or the opacity.
-    target.SetDiffuseColor({source.diffuse[0], source.diffuse[1], source.diffuse[2], source.opacity});
-    target.SetSpecularColor(OpaqueColor(source.specular));
-    target.SetEmissiveColor(OpaqueColor(source.emissive));
-    target.SetOpacity(source.opacity);
+    GiveColours(target, source);
     if (source.image == None)
         return;
     // Also a picture that cannot be used: the exporter then marks the material as textured and keeps the texture

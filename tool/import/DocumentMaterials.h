@@ -18,6 +18,9 @@ class COrvelMaterial;
 namespace Orvel::Import
 {
 
+/// Sets colours and opacity, nothing else.
+void GiveColours(COrvelBasicGeneralMaterial& target, const ImportedMaterial& source);
+
 /// Makes the document's materials out of a scene's. Index None stands for the document's default material, a light
 /// grey.
 class DocumentMaterials
@@ -38,6 +41,9 @@ public:
     /// Another material that looks like `index` and has its name.
     COrvelMaterial* Own(Index index);
 
+    /// For each material of the scene the document's materials that stand for it, in the order in which they were made.
+    [[nodiscard]] const std::vector<std::vector<COrvelMaterial*>>& Made() const { return made; }
+
     /// How many different materials were asked for.
     [[nodiscard]] std::size_t Used() const { return looks.size(); }
 
@@ -50,6 +56,7 @@ private:
     TextureFiles& textures;
     std::map<Index, std::unique_ptr<COrvelBasicGeneralMaterial>> looks;
     std::vector<COrvelMaterial*> shared; ///< null: not made yet
+    std::vector<std::vector<COrvelMaterial*>> made;
 };
 
 } // namespace Orvel::Import

@@ -19,15 +19,25 @@ namespace
 using nlohmann::json;
 
 /// Sorted, to be searched.
-constexpr std::array<std::string_view, 16> KnownExtensions{
-    "EXT_mesh_gpu_instancing", "EXT_meshopt_compression",
-    "EXT_texture_webp",        "KHR_draco_mesh_compression",
-    "KHR_lights_punctual",     "KHR_materials_emissive_strength",
-    "KHR_materials_ior",       "KHR_materials_pbrSpecularGlossiness",
-    "KHR_materials_specular",  "KHR_materials_transmission",
-    "KHR_materials_unlit",     "KHR_mesh_quantization",
-    "KHR_node_visibility",     "KHR_texture_basisu",
-    "KHR_texture_transform",   "MSFT_texture_dds",
+constexpr std::array<std::string_view, 18> KnownExtensions{
+    "EXT_mesh_gpu_instancing",
+    "EXT_meshopt_compression",
+    "EXT_texture_webp",
+    "KHR_animation_pointer",
+    "KHR_draco_mesh_compression",
+    "KHR_lights_punctual",
+    "KHR_materials_emissive_strength",
+    "KHR_materials_ior",
+    "KHR_materials_pbrSpecularGlossiness",
+    "KHR_materials_specular",
+    "KHR_materials_transmission",
+    "KHR_materials_unlit",
+    "KHR_materials_variants",
+    "KHR_mesh_quantization",
+    "KHR_node_visibility",
+    "KHR_texture_basisu",
+    "KHR_texture_transform",
+    "MSFT_texture_dds",
 };
 static_assert(std::is_sorted(KnownExtensions.begin(), KnownExtensions.end()));
 
@@ -88,6 +98,31 @@ std::vector<GltfDocument::Image> TakeImages(json& document)
     }
     document.erase("images");
     return images;
+}
+
+std::vector<GltfDocument::Animation> TakeAnimations(json& document)
+{
+    using Animation = GltfDocument::Animation;
+    const json::json_pointer pointer("/extensions/KHR_animation_pointer/pointer");
+    std::vector<Animation> animations;
+    for (json& object : document.value("animations", json::array())) {
+        Animation& animation = animations.emplace_back();
+        animation.name = TakeText(object, "name");
+        for (json& item : object.at("samplers"))
+            animation.samplers.push_back(
+                {item.at("input").get<int>(), item.at("output").get<int>(), TakeText(item, "interpolation")});
+        for (json& item : object.at("channels")) {
+            json& target = item.at("target");
+            Animation::Channel& channel = animation.channels.emplace_back();
+            channel.sampler = item.at("sampler").get<int>();
+            channel.node = target.value("node", -1);
+            channel.path = TakeText(target, "path");
+            if (channel.path == "pointer" && target.contains(pointer))
+                channel.pointer = target.at(pointer).get<std::string>();
+        }
+    }
+    document.erase("animations");
+    return animations;
 }
 
 /// Drops what the import never reads: the model spends some hundred bytes on each number in extras and extensions. A
@@ -158,10 +193,9 @@ GltfDocument ParseGltf(std::string_view text)
     GltfDocument document;
     document.buffers = TakeBuffers(json);
     document.images = TakeImages(json);
-    if (const auto animations = json.find("animations"); animations != json.end())
-        document.animationCount = animations->is_array() ? animations->size() : 0;
+    document.animations = TakeAnimations(json);
     // Not converted, so a fault in them is none of this import.
-    for (const char* table : {"animations", "extensions", "samplers", "skins"})
+    for (const char* table : {"extensions", "samplers", "skins"})
         json.erase(table);
     DropUnread(json);
     DropIndicesWithoutBytes(json);

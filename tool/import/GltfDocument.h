@@ -14,7 +14,8 @@ namespace Orvel::Import
 /// What the text of a glTF file says, checked: every index that the import follows lies inside its table (or is -1).
 ///
 /// Buffers and images stay out of `model`, whose parser would open files, search them in the working folder, copy
-/// embedded data and take byte ranges on trust. Their tables stand beside it.
+/// embedded data and take byte ranges on trust; so do animations, of which it knows only some. Their tables stand
+/// beside it.
 struct GltfDocument
 {
     struct Buffer
@@ -32,10 +33,31 @@ struct GltfDocument
         int bufferView = -1;
     };
 
+    struct Animation
+    {
+        struct Sampler
+        {
+            int input = -1;            ///< accessor
+            int output = -1;           ///< accessor
+            std::string interpolation; ///< as in the file; may be empty
+        };
+        struct Channel
+        {
+            int sampler = -1; ///< may lie outside the table
+            int node = -1;
+            std::string path;
+            std::string pointer; ///< of KHR_animation_pointer, when the path is "pointer"
+        };
+
+        std::string name;
+        std::vector<Sampler> samplers;
+        std::vector<Channel> channels;
+    };
+
     tinygltf::Model model;
     std::vector<Buffer> buffers;
     std::vector<Image> images;
-    std::size_t animationCount = 0;
+    std::vector<Animation> animations;
 };
 
 /// Whether the import understands an extension, or counts its loss by another name.

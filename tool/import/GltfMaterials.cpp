@@ -206,6 +206,17 @@ std::string FileNamePart(const std::string& path)
 
 } // namespace
 
+void ConvertLooks(const tinygltf::Material& source, ImportedMaterial& material)
+{
+    if (const Value* extension = SpecularGlossinessOf(source))
+        ConvertGlossy(source, *extension, material);
+    else
+        ConvertPhysical(source, material);
+    material.emissive = OwnLight(source);
+    if (source.extensions.contains("KHR_materials_unlit"))
+        MakeUnlit(material);
+}
+
 GltfMaterials::GltfMaterials(const GltfDocument& gltfDocument, GltfBuffers& gltfBuffers,
                              std::filesystem::path baseFolder, ImportedScene& importedScene, ImportReport& importReport)
     : document(gltfDocument)
@@ -244,13 +255,7 @@ ImportedMaterial GltfMaterials::Make(const tinygltf::Material& source)
     if (material.image != None && picture.transform != nullptr && ChangesCoordinates(*picture.transform))
         report.CountLeftOut("texture transform", "texture transforms");
 
-    if (const Value* extension = SpecularGlossinessOf(source))
-        ConvertGlossy(source, *extension, material);
-    else
-        ConvertPhysical(source, material);
-    material.emissive = OwnLight(source);
-    if (source.extensions.contains("KHR_materials_unlit"))
-        MakeUnlit(material);
+    ConvertLooks(source, material);
     CountUnreadTextures(source);
     return material;
 }

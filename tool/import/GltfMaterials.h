@@ -12,6 +12,9 @@
 namespace Orvel::Import
 {
 
+/// Sets the colours and the opacity of a material, without its picture, which `material` must have already.
+void ConvertLooks(const tinygltf::Material& source, ImportedMaterial& material);
+
 /// Brings the materials that are in use, with their pictures, into a scene's tables.
 class GltfMaterials
 {
@@ -24,6 +27,10 @@ public:
     /// @return index into the scene's materials, the same at each call.
     /// @throws ImportError when the bytes of an embedded picture lie outside their buffer.
     [[nodiscard]] Index Convert(int material);
+
+    /// @param material of the file, 0 or more.
+    /// @return what Convert() gave for it; None when it was not asked for.
+    [[nodiscard]] Index Converted(int material) const { return converted.at(static_cast<std::size_t>(material)); }
 
     /// The set of texture coordinates that the picture of a material asks for: the n of TEXCOORD_n.
     /// @param material of the file; -1, and a material without a picture, give 0.

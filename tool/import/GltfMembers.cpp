@@ -51,6 +51,7 @@ struct Rule
 
 constexpr Rule Rules[] = {
     {"", "accessors", Kind::Table},
+    {"", "animations", Kind::Table},
     {"", "bufferViews", Kind::Table},
     {"", "buffers", Kind::Table},
     {"", "cameras", Kind::Table},
@@ -126,6 +127,17 @@ constexpr Rule Rules[] = {
      Presence::Required},
     {"materials/extensions/KHR_materials_pbrSpecularGlossiness/diffuseTexture", "texCoord", Kind::Int},
     {"materials/extensions/KHR_materials_specular", "specularColorFactor", Kind::Numbers, nullptr, 3},
+    {"animations", "samplers", Kind::Table, nullptr, 0, Presence::Required},
+    {"animations", "channels", Kind::Table, nullptr, 0, Presence::Required},
+    {"animations/samplers", "input", Kind::Index, "accessors", 0, Presence::Required},
+    {"animations/samplers", "output", Kind::Index, "accessors", 0, Presence::Required},
+    {"animations/samplers", "interpolation", Kind::Text},
+    {"animations/channels", "sampler", Kind::Int, nullptr, 0, Presence::Required},
+    {"animations/channels", "target", Kind::Object, nullptr, 0, Presence::Required},
+    {"animations/channels/target", "node", Kind::Index, "nodes"},
+    {"animations/channels/target", "path", Kind::Text, nullptr, 0, Presence::Required},
+    {"animations/channels/target/extensions/KHR_animation_pointer", "pointer", Kind::Text, nullptr, 0,
+     Presence::Required},
     {"cameras", "type", Kind::Text, nullptr, 0, Presence::Required},
 };
 

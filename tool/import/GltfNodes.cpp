@@ -1,5 +1,6 @@
 #include "tool/import/GltfNodes.h"
 
+#include "tool/import/ComposeTransform.h"
 #include "tool/import/GltfTransforms.h"
 
 #include <algorithm>

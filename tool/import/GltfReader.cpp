@@ -1,6 +1,7 @@
 #include "tool/import/GltfReader.h"
 
 #include "tool/import/GltfAccessors.h"
+#include "tool/import/GltfAnimations.h"
 #include "tool/import/GltfBuffers.h"
 #include "tool/import/GltfContainer.h"
 #include "tool/import/GltfDocument.h"
@@ -47,7 +48,7 @@ ImportedScene ReadGltf(const std::filesystem::path& file, ImportReport& report)
     GltfNodes nodes(document, accessors, meshes, scene, report);
     nodes.Convert();
 
-    report.CountLeftOut("animation", "animations", document.animationCount);
+    GltfAnimations(document, accessors, nodes.ImportedNodes(), materials, scene, report).Convert();
     if (scene.geometries.empty() && meshes.CompressedCount() > 0)
         throw ImportError("all meshes are compressed, and compressed meshes cannot be read");
     return scene;

@@ -2,22 +2,16 @@
 
 #include "platform/core/COrvelMatrix.h"
 #include "tool/import/GltfDocument.h"
-
-#include <array>
-#include <string>
+#include "tool/import/ImportedAnimation.h"
 
 namespace Orvel::Import
 {
 
-using Quaternion = std::array<double, 4>; ///< x, y, z, w
-
-/// translation * rotation * scale in double precision. A quaternion whose length is off 1 by more than single precision
-/// leaves is brought to unit length first; one of no length is no rotation.
-[[nodiscard]] COrvelMatrix ComposeTransform(const std::array<double, 3>& translation, Quaternion rotation,
-                                            const std::array<double, 3>& scale);
-
-/// The local transform of a node: its matrix as it stands, otherwise composed.
+/// The local transform of a node: its matrix as it stands, otherwise composed of its pose.
 /// @throws ImportError when a number leaves the range of double, or the matrix is a projection (bottom row).
 [[nodiscard]] COrvelMatrix LocalTransform(const tinygltf::Node& node);
+
+/// Translation, rotation and scale of a node as they stand; those of a node with a matrix are the neutral ones.
+[[nodiscard]] ImportedPose LocalPose(const tinygltf::Node& node);
 
 } // namespace Orvel::Import

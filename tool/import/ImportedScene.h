@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/core/COrvelMatrix.h"
+#include "tool/import/ImportedAnimation.h"
 
 #include <array>
 #include <cstddef>
@@ -105,6 +106,7 @@ struct ImportedScene
     std::vector<ImportedMaterial> materials;
     std::vector<ImportedImage> images;
     std::vector<ImportedCamera> cameras;
+    std::vector<ImportedClip> clips;
 };
 
 } // namespace Orvel::Import

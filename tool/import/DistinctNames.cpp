@@ -1,0 +1,30 @@
+#include "tool/import/DistinctNames.h"
+
+#include <cstddef>
+#include <set>
+#include <unordered_map>
+
+namespace Orvel::Import
+{
+
+std::vector<std::string> DistinctNames(std::vector<std::string> names, const std::string& kind)
+{
+    for (std::size_t i = 0; i < names.size(); ++i)
+        if (names[i].empty())
+            names[i] = kind + " " + std::to_string(i + 1);
+    std::set<std::string> given(names.begin(), names.end());
+    std::unordered_map<std::string, std::size_t> timesSeen;
+    for (std::string& name : names) {
+        std::size_t& times = timesSeen[name];
+        if (++times == 1)
+            continue;
+        std::string distinct;
+        do
+            distinct = name + " (" + std::to_string(times) + ")";
+        while (!given.insert(distinct).second && ++times > 0);
+        name = std::move(distinct);
+    }
+    return names;
+}
+
+} // namespace Orvel::Import

@@ -167,10 +167,7 @@ TEST_F(KeyFrameCamera, OrbitsFromWhereItsNodeStands)
     COrvelCamera* const camera = CarriedCamera();
     camera->SetFOV(55);
     const COrvelPtr<Camera> orbit(Camera::CreateOrbitCameraKeyFrameData(camera, 10, 19, 180, true, 12, 16, 2, 1));
-    EXPECT_EQ(orbit->StartFrame(), 10);
-    EXPECT_EQ(orbit->EndFrame(), 19);
-    EXPECT_EQ(orbit->ConstantSpeedStartFrame(), 12);
-    EXPECT_EQ(orbit->ConstantSpeedEndFrame(), 16);
+    EXPECT_EQ(FramesOf(*orbit), std::vector<int>({10, 19, 12, 16, 10}));
     EXPECT_EQ(orbit->EaseIn(), 2);
     EXPECT_EQ(orbit->EaseOut(), 1);
     EXPECT_TRUE(orbit->IsOrbit());

@@ -18,13 +18,6 @@ namespace
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 
-/// Start, end, constant-speed start and end, working frame.
-std::vector<int> FramesOf(const COrvelKeyFrameData& data)
-{
-    return {data.StartFrame(), data.EndFrame(), data.ConstantSpeedStartFrame(), data.ConstantSpeedEndFrame(),
-            data.WorkingFrame()};
-}
-
 class KeyFrameData : public KeyFrames
 {
 protected:
@@ -70,7 +63,7 @@ TEST_F(KeyFrameData, KeepsItsFramesInOrderWhenTheyAreSet)
     struct Case
     {
         const char* what;
-        void (*change)(Data& data);
+        void (*change)(Data&);
         int result[5];
     };
     const Case cases[] = {
@@ -169,32 +162,25 @@ TEST_F(KeyFrameData, CopiesEverythingIntoAnObjectOfItsOwn)
 
 TEST_F(KeyFrameData, RestoresEveryClassOfTransform)
 {
+    const auto restored = [](const auto& copy, const auto& data) {
+        data->RestoreFromCopy(copy.Get());
+        return data;
+    };
     const COrvelPtr<Grid> grid = AGrid();
     grid->SetRows(5);
     grid->SetDOF(true, 8, 2.8);
-    const COrvelPtr<Grid> restoredGrid = AGrid();
-    restoredGrid->RestoreFromCopy(grid.Get());
+    const COrvelPtr<Grid> restoredGrid = restored(grid, AGrid());
     EXPECT_EQ(restoredGrid->Rows(), 5);
     EXPECT_EQ(restoredGrid->DOFDistance(), 8);
-
-    const COrvelPtr<Camera> camera(Camera::CreateCameraKeyFrameData(id, Shift(1, 2, 3), 40, 7, true, 8, 2.8));
-    restoredGrid->RestoreFromCopy(camera.Get());
-    EXPECT_EQ(restoredGrid->FieldOfView(), 30) << "another class changes nothing";
-    const COrvelPtr<Camera> restoredCamera = ACamera();
-    restoredCamera->RestoreFromCopy(camera.Get());
-    EXPECT_EQ(restoredCamera->FieldOfView(), 40);
-
+    const COrvelPtr<Camera> camera(Camera::CreateCameraKeyFrameData(id, {}, 40, 7, true, 8, 2.8));
+    EXPECT_EQ(restored(camera, ACamera())->FieldOfView(), 40);
+    EXPECT_EQ(restored(camera, AGrid())->FieldOfView(), 30) << "another class changes nothing";
     const COrvelPtr<Follower> follower = AFollower();
     follower->SetBaseMatrix(Shift(1, 1, 2));
-    const COrvelPtr<Follower> restoredFollower = AFollower();
-    restoredFollower->RestoreFromCopy(follower.Get());
-    EXPECT_EQ(restoredFollower->BaseMatrix(), Shift(1, 1, 2));
-
+    EXPECT_EQ(restored(follower, AFollower())->BaseMatrix(), Shift(1, 1, 2));
     const COrvelPtr<Table> table = ATable();
     table->SetAngleInDegrees(70);
-    const COrvelPtr<Table> restoredTable = ATable();
-    restoredTable->RestoreFromCopy(table.Get());
-    EXPECT_EQ(restoredTable->AngleInDegrees(), 70);
+    EXPECT_EQ(restored(table, ATable())->AngleInDegrees(), 70);
 }
 
 /// The snapshot, after checking what all of them have in common.
@@ -408,25 +394,25 @@ TEST_F(KeyFrameData, ReactsToEnteredFrames)
     }
 }
 
-TEST_F(KeyFrameData, KeepsEnteredFieldsOfViewInTheirLimits)
+TEST_F(KeyFrameData, TakesEnteredOpticsWithinTheirLimits)
 {
-    const COrvelPtr<Camera> camera = ACamera();
+    const COrvelPtr<Camera> camera(Camera::CreateCameraKeyFrameData(id, {}, 0, 1, false, 1, 1));
+    EXPECT_EQ(camera->FieldOfView(), 1);
     for (const bool orbit : {false, true}) {
         camera->SetOrbit(orbit);
         Enter(*camera, "Field Of View [ 1 - 179 ]", 200.0);
         EXPECT_EQ(camera->FieldOfView(), 179);
         Enter(*camera, "Field Of View [ 1 - 179 ]", 0.5);
         EXPECT_EQ(camera->FieldOfView(), 1);
+        Enter(*camera, "Depth Of Field Enabled", orbit);
+        Enter(*camera, "Depth Of Field", 8.0);
+        Enter(*camera, "DOF Field Stop", 2.8);
+        EXPECT_EQ(camera->DOFIsEnabled(), orbit);
     }
     Enter(*camera, "Angle", 45.0);
     EXPECT_EQ(camera->AngleInDegrees(), 45);
-    Enter(*camera, "Depth Of Field Enabled", true);
-    Enter(*camera, "Depth Of Field", 8.0);
-    Enter(*camera, "DOF Field Stop", 2.8);
-    EXPECT_TRUE(camera->DOFIsEnabled());
     EXPECT_EQ(camera->DOFDistance(), 8);
     EXPECT_EQ(camera->DOFFStop(), 2.8);
-    EXPECT_EQ(COrvelPtr<Camera>(Camera::CreateCameraKeyFrameData(id, {}, 0, 1, false, 1, 1))->FieldOfView(), 1);
 }
 
 TEST_F(KeyFrameData, GivesEveryViewOfAGridAFrame)

@@ -39,8 +39,7 @@ TEST_F(KeyFrameEvaluation, ShowsADataInsideAndHoldsItOutside)
         const auto state = StateAt<Plain>(id, asked.frame);
         EXPECT_NE(state, stored);
         EXPECT_EQ(state->ReferenceCount(), 1);
-        EXPECT_EQ(state->StartFrame(), asked.start);
-        EXPECT_EQ(state->EndFrame(), asked.end);
+        EXPECT_EQ(FrameRange(state->StartFrame(), state->EndFrame()), FrameRange(asked.start, asked.end));
         EXPECT_EQ(state->WorkingFrame(), asked.working);
         EXPECT_EQ(state->Matrix(), Shift(2, 3, 5));
         EXPECT_EQ(stored->WorkingFrame(), asked.working) << "evaluation moves it";

@@ -16,6 +16,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 namespace Orvel
 {
 
@@ -46,6 +48,13 @@ inline void ExpectNear(const COrvel3DVertex& got, const COrvel3DVertex& want, do
 {
     EXPECT_LT((got - want).Length(), tolerance) << got.X() << " " << got.Y() << " " << got.Z() << " instead of "
                                                 << want.X() << " " << want.Y() << " " << want.Z();
+}
+
+/// Start, end, constant-speed start and end, working frame.
+inline std::vector<int> FramesOf(const COrvelKeyFrameData& data)
+{
+    return {data.StartFrame(), data.EndFrame(), data.ConstantSpeedStartFrame(), data.ConstantSpeedEndFrame(),
+            data.WorkingFrame()};
 }
 
 /// Looks level along +y at the origin from ten units away, with depth of field.

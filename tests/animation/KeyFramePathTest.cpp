@@ -13,8 +13,8 @@ TEST_F(KeyFrameTable, TurnsAboutItsPivotAndReachesTheAngle)
 {
     const COrvelMatrix reference = Shift(2, 3, 5) * Turn(0.3, 1, 0, 0);
     const COrvelMatrix frame = Turn(0.7, 1, 2, 3) * Shift(7, 0, 1);
-    const COrvelPtr<Table> data(Table::CreateRoundTableKeyFrameData(id, reference, frame, 10, 19, 90, {1, -1, 4},
-                                                                    {0, 0.5, 2}, 10, 19, 2, 1));
+    const COrvelPtr<Table> data(
+        Table::CreateRoundTableKeyFrameData(id, reference, frame, 10, 19, 90, {1, -1, 4}, {0, 0.5, 2}, 10, 19, 2, 1));
     EXPECT_EQ(data->EaseIn(), 2);
     EXPECT_EQ(data->EaseOut(), 1);
     const COrvel3DVertex still = reference * data->Pivot();

@@ -56,13 +56,8 @@ TEST_F(KeyFrameRanges, MoveToFrameZeroTogether)
     list[2]->SetTiming(12, 20, 14, 17, 0, 0);
     list[2]->SetWorkingFrame(19);
     COrvelKeyFrameManager::MoveToFrameZero(list);
-    EXPECT_EQ(list[1]->StartFrame(), 0);
-    EXPECT_EQ(list[1]->EndFrame(), 4);
-    EXPECT_EQ(list[2]->StartFrame(), 7);
-    EXPECT_EQ(list[2]->EndFrame(), 15);
-    EXPECT_EQ(list[2]->ConstantSpeedStartFrame(), 9);
-    EXPECT_EQ(list[2]->ConstantSpeedEndFrame(), 12);
-    EXPECT_EQ(list[2]->WorkingFrame(), 7);
+    EXPECT_EQ(FramesOf(*list[1]), std::vector<int>({0, 4, 0, 0, 0}));
+    EXPECT_EQ(FramesOf(*list[2]), std::vector<int>({7, 15, 9, 12, 7}));
     KeyFrameDataList none;
     COrvelKeyFrameManager::MoveToFrameZero(none);
 }

@@ -54,20 +54,6 @@ TEST(TransformInterpolation, KeepsRotationsRotationsOnTheShorterWay)
         InterpolateDecomposed({}, Turn(350 / 180.0 * M_PI, 0, 0, 1), 0.5).IsNear(Turn(-M_PI / 36, 0, 0, 1), 1e-12));
 }
 
-TEST(TransformInterpolation, TurnsAboutThePivot)
-{
-    // A quarter turn about z through the pivot: the pivot must not move on the way.
-    const COrvel3DVertex pivot(5, 3, -2);
-    const COrvelMatrix first = Shift(7, 11, 13);
-    const COrvelMatrix second = first * Shift(5, 3, -2) * Turn(M_PI / 2, 0, 0, 1) * Shift(-5, -3, 2);
-    for (int frame = 0; frame <= 8; ++frame)
-        ExpectNear(InterpolateTransformGap(first, second, pivot, frame, 0, 8, 0, 0) * pivot, first * pivot, 1e-12);
-    EXPECT_NEAR(InterpolateTransformGap(first, second, pivot, 4, 0, 8, 0, 0).M(0, 0), std::sqrt(0.5), 1e-12);
-    // Without a pivot of its own the translation takes the straight way.
-    ExpectNear(InterpolateTransformGap(first, second, {}, 4, 0, 8, 0, 0).Translation(),
-               (first.Translation() + second.Translation()) * 0.5, 1e-12);
-}
-
 TEST(TransformInterpolation, SurvivesSingularAndMirroredMatrices)
 {
     const COrvelMatrix matrices[] = {COrvelMatrix::CreateScalling({1, 2, 0}), COrvelMatrix::CreateScalling({1, -2, 3}),

@@ -4,6 +4,7 @@
 #include "platform/core/COrvelArchivable.h"
 #include "platform/core/COrvelString.h"
 #include "platform/core/COrvelUUID.h"
+#include "platform/core/Types.h"
 
 #include <map>
 
@@ -19,6 +20,10 @@ public:
     /// The mapper of the process: made on first use, never destroyed, never null.
     static COrvelAnimationCollapsingGroupGuidToCaptionMapper* Instance();
 
+    /// The captions and the number of the next default one. What is read is added. Nothing in archives older than
+    /// captions.
+    bool ArchiveReadWrite(COrvelArchiveBase& archive) override;
+
     /// An empty caption becomes "Group 0", "Group 1" and so on: each empty caption uses up a number. Nothing happens
     /// for an invalid id.
     void AddCaption(const COrvelUUID& groupId, COrvelString caption);
@@ -27,6 +32,9 @@ public:
     const std::map<COrvelUUID, COrvelString>& Captions() const { return captions; }
 
 private:
+    bool ReadCaptions(COrvelArchiveBase& archive, uint32 count);
+    bool WriteCaptions(COrvelArchiveBase& archive);
+
     std::map<COrvelUUID, COrvelString> captions;
     int nextDefaultNumber = 0;
 };

@@ -10,6 +10,8 @@
 namespace Orvel
 {
 
+class COrvelArchiveBase;
+
 /// A snapshot of a scene: one key frame data for each entity, to be applied at once.
 class ORVEL_ANIMATION_API COrvelKeyFrame final
 {
@@ -19,6 +21,14 @@ public:
     COrvelKeyFrame(const COrvelKeyFrame& other);
     COrvelKeyFrame(COrvelKeyFrame&&) noexcept = default;
     COrvelKeyFrame& operator=(COrvelKeyFrame other) noexcept;
+
+    // The order of these two is relied on.
+
+    virtual bool WriteIntoArchive(COrvelArchiveBase& archive);
+    /// Replaces everything by what is read.
+    ///
+    /// @return false when something could not be read; what was read before is there.
+    virtual bool ReadFromArchive(COrvelArchiveBase& archive);
 
     /// Stores a copy of `data` under its animated entity. Null does nothing.
     ///

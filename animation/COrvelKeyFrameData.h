@@ -20,6 +20,10 @@ class COrvelKeyFrameManager;
 class ORVEL_ANIMATION_API COrvelKeyFrameData : public COrvelDataMembersManager
 {
 public:
+    /// The part of the record that all data share; a subclass appends its own. Layouts of the version that was read
+    /// last are understood (COrvelDocumentsContainer); the newest one is written.
+    bool ReadFromArchive(COrvelArchiveBase& archive) override;
+    bool WriteIntoArchive(COrvelArchiveBase& archive) override;
     /// Clone(false).
     COrvelKeyFrameData* MakeCopy() override;
 
@@ -146,6 +150,20 @@ protected:
     /// The step of the data's own motion at EffectiveFrame(). Steps and frames of constant speed that lie outside the
     /// range count as its ends.
     MotionStep Motion() const;
+
+    // --- parts of archive records
+
+    /// The frames of constant speed, as they stand.
+    bool ArchiveConstantSpeed(COrvelArchiveBase& archive);
+    /// The frames of constant speed of data that have a motion of their own, in layouts that know them.
+    bool WriteMotion(COrvelArchiveBase& archive);
+    /// The same for reading; older layouts mean constant speed over the whole range and no easing.
+    bool ReadMotion(COrvelArchiveBase& archive);
+    void SpanConstantSpeed()
+    {
+        constantSpeedStartFrame = startFrame;
+        constantSpeedEndFrame = endFrame;
+    }
 
     // --- members of property tables
 

@@ -12,6 +12,8 @@ public:
     /// @return new, reference count 0.
     static COrvelKeyFrameDataHideShow* CreateHideShowKeyFrameData(const COrvelID& id, bool hidden);
 
+    /// Nothing in archives older than this kind of data.
+    bool ArchiveReadWrite(COrvelArchiveBase& archive) override;
     int Type() const override { return eKeyFrameDataType_HideShow; }
     void RestoreEntity(COrvelKeyFrameManager*) override {}
     void ApplyToEntity() override;

@@ -19,6 +19,8 @@ public:
     static COrvelKeyFrameDataLight* CreateLightKeyFrameData(const COrvelID& id, const COrvelBasicLight* light,
                                                             const COrvelID& target);
 
+    bool ReadFromArchive(COrvelArchiveBase& archive) override;
+    bool WriteIntoArchive(COrvelArchiveBase& archive) override;
     int Type() const override { return eKeyFrameDataType_Light; }
     /// Loads the values into the target light.
     void RestoreEntity(COrvelKeyFrameManager* manager) override;

@@ -19,6 +19,8 @@ public:
     static COrvelKeyFrameDataMaterial*
     CreateMaterialKeyFrameData(const COrvelID& id, const COrvelBasicMaterial* material, const COrvelID& target);
 
+    bool ReadFromArchive(COrvelArchiveBase& archive) override;
+    bool WriteIntoArchive(COrvelArchiveBase& archive) override;
     int Type() const override { return eKeyFrameDataType_Material; }
     /// Loads the looks into the target material. When the entity's material at the manager's current frame is another
     /// one, the target takes its place in every object that shows it: the other is marked as hidden, the target is not.

@@ -17,6 +17,8 @@ public:
     /// @return new, reference count 0.
     static COrvelKeyFrameDataMorph* CreateMorphKeyFrameData(const COrvelID& id, const COrvelID& object, double weight);
 
+    /// Nothing in archives older than this kind of data.
+    bool ArchiveReadWrite(COrvelArchiveBase& archive) override;
     int Type() const override { return eKeyFrameDataType_Morph; }
     void RestoreEntity(COrvelKeyFrameManager*) override {}
     /// Sets the weight in the object's morphing table.

@@ -19,6 +19,8 @@ public:
     /// One member, "Working Frame".
     void* DataMemberSearch(int index, int& type, COrvelString& name, bool apply) override;
 
+    bool ReadFromArchive(COrvelArchiveBase& archive) override;
+    bool WriteIntoArchive(COrvelArchiveBase& archive) override;
     int Type() const override { return eKeyFrameDataType_Transform; }
     void RestoreEntity(COrvelKeyFrameManager*) override {}
     /// Loads Matrix() into the animated transform.

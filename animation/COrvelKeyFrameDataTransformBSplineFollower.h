@@ -20,6 +20,8 @@ public:
     void RestoreFromCopy(COrvelObject* copy) override;
     /// Range and frames of constant speed.
     void* DataMemberSearch(int index, int& type, COrvelString& name, bool apply) override;
+    bool ReadFromArchive(COrvelArchiveBase& archive) override;
+    bool WriteIntoArchive(COrvelArchiveBase& archive) override;
     int Type() const override { return eKeyFrameDataType_TransformBSplineFollower; }
     /// The snapshot is a plain transform data whose target is the animated entity.
     COrvelKeyFrameDataTransform* Clone(bool atWorkingFrame) const override;
@@ -60,6 +62,8 @@ protected:
     COrvelKeyFrameDataTransformBSplineFollower& operator=(const COrvelKeyFrameDataTransformBSplineFollower&) = default;
 
 private:
+    bool ReadPathID(COrvelArchiveBase& archive);
+
     COrvelMatrix base;
     COrvelMatrix offset;
     COrvelMatrix reference;

@@ -44,6 +44,8 @@ public:
     void RestoreFromCopy(COrvelObject* copy) override;
     /// "Working Frame" and the optics; with the orbit flag the range and the angle in place of the working frame.
     void* DataMemberSearch(int index, int& type, COrvelString& name, bool apply) override;
+    bool ReadFromArchive(COrvelArchiveBase& archive) override;
+    bool WriteIntoArchive(COrvelArchiveBase& archive) override;
     int Type() const override { return eKeyFrameDataType_TransformCamera; }
     /// Places the transform, then gives every camera that carries it this data's distance and optics.
     void ApplyToEntity() override;
@@ -88,6 +90,7 @@ protected:
     COrvelBasicCamera BaseCamera() const;
 
 private:
+    bool ReadWholeCamera(COrvelArchiveBase& archive);
     void* OpticsMember(int position, int& type, COrvelString& name, bool apply);
 
     double distanceToTarget = 1.0;

@@ -26,6 +26,8 @@ public:
     void RestoreFromCopy(COrvelObject* copy) override;
     /// Range, angle, axis ("Normal", a COrvelNormal) and frames of constant speed.
     void* DataMemberSearch(int index, int& type, COrvelString& name, bool apply) override;
+    bool ReadFromArchive(COrvelArchiveBase& archive) override;
+    bool WriteIntoArchive(COrvelArchiveBase& archive) override;
     int Type() const override { return eKeyFrameDataType_TransformRoundTable; }
     /// The snapshot is a plain transform data.
     COrvelKeyFrameDataTransform* Clone(bool atWorkingFrame) const override;

@@ -27,6 +27,8 @@ public:
     /// The members of COrvelDataMembersManager, then the kind of grid, where it starts and what it is made of. A new
     /// number of views sets the end of the range.
     void* DataMemberSearch(int index, int& type, COrvelString& name, bool apply) override;
+    bool ReadFromArchive(COrvelArchiveBase& archive) override;
+    bool WriteIntoArchive(COrvelArchiveBase& archive) override;
     int Type() const override { return eKeyFrameDataType_TransformSphericalCamera; }
     COrvelKeyFrameDataTransformSphericalCamera* Clone(bool atWorkingFrame) const override;
     /// The view at EffectiveFrame().

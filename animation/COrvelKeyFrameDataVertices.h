@@ -20,6 +20,8 @@ public:
     static COrvelKeyFrameDataVertices* CreateVerticesKeyFrameData(const COrvelID& id,
                                                                   const COrvelBasicVectorsTable* table);
 
+    bool ReadFromArchive(COrvelArchiveBase& archive) override;
+    bool WriteIntoArchive(COrvelArchiveBase& archive) override;
     int Type() const override { return eKeyFrameDataType_Vertices; }
     void RestoreEntity(COrvelKeyFrameManager*) override {}
     /// Replaces the positions of the animated table; nothing when there is no table for the frame.

@@ -51,6 +51,13 @@ public:
     COrvelKeyFrameManager& operator=(const COrvelKeyFrameManager&) = delete;
     ~COrvelKeyFrameManager() override;
 
+    /// The whole timeline. Data that are not applicable are left out of what is written; what is read is added to what
+    /// is there, in place of data with the same entity and start frame, and brought from older layouts into today's.
+    /// Ids are translated (COrvelID::SetReadingMode).
+    ///
+    /// @return false when something could not be read or written; what was read before stays.
+    bool ArchiveReadWrite(COrvelArchiveBase& archive) override;
+
     // --- the process-wide manager
 
     /// The installed manager; an empty one is made and installed when there is none. Never null.
@@ -249,6 +256,15 @@ public:
     static bool OwnsCollapsingGroup(COrvelSceneNode* node);
 
 private:
+    // Of the archive record, see animation/records.
+    class DenseNumbering;
+    bool WriteRecord(COrvelArchiveBase& archive);
+    bool ReadRecord(COrvelArchiveBase& archive);
+    bool ReadEntityData(COrvelArchiveBase& archive, const COrvelID& id);
+    void ConvertOldLayouts();
+    void MoveCamerasToTransforms();
+    void SplitMorphWeights();
+
     /// The data of `id` itself; null when it has none.
     const KeyFrameDataByFrame* FindKeyFrameData(const COrvelID& id) const;
     bool IsAnimated(const COrvelID& id) const { return keyFrameDataByEntity.contains(id); }

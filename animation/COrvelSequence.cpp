@@ -88,14 +88,19 @@ COrvelSequence* COrvelSequence::Duplicate()
 
 COrvelUUID COrvelSequence::ValidUUID()
 {
-    if (!sequenceID.IsValid()) {
-        sequenceID.Generate();
-        // What Clear took out comes back under its new id.
-        SequenceContainer()->AddSequence(this);
-        if (COrvelSequenceGroup* const group = SequenceContainer()->FindGroup(groupID))
-            group->AddSequence(this);
-    }
+    // What Clear took out comes back under its new id.
+    if (!sequenceID.IsValid())
+        EnterContainer();
     return sequenceID;
+}
+
+void COrvelSequence::EnterContainer()
+{
+    if (!sequenceID.IsValid())
+        sequenceID.Generate();
+    SequenceContainer()->AddSequence(this);
+    if (COrvelSequenceGroup* const group = SequenceContainer()->FindGroup(groupID))
+        group->AddSequence(this);
 }
 
 void COrvelSequence::Clear()

@@ -24,6 +24,10 @@ public:
     COrvelSequence* Duplicate();
     ~COrvelSequence() override;
 
+    /// The timeline and the settings but the marks and the text. A sequence that is read enters the container and its
+    /// group under the id that it is given; nothing in archives older than sequences.
+    bool ArchiveReadWrite(COrvelArchiveBase& archive) override;
+
     COrvelUUID UUID() const { return sequenceID; }
     /// The same, generated first when it is not valid: the sequence is then in the container and its group again.
     COrvelUUID ValidUUID();
@@ -63,6 +67,11 @@ protected:
     COrvelSequence();
 
 private:
+    friend class COrvelSequenceContainer;
+
+    struct Settings;
+    void TakeOver(Settings settings);
+    void EnterContainer();
     void LeaveContainer();
 
     bool temporary = false;

@@ -80,6 +80,12 @@ COrvelSequenceGroup* COrvelSequenceContainer::FindGroup(const COrvelUUID& id) co
     return currentGroup->ID() == id ? currentGroup.get() : nullptr;
 }
 
+COrvelSequenceGroup* COrvelSequenceContainer::SelectedGroup() const
+{
+    COrvelSequenceGroup* const selected = FindGroup(selectedGroupID);
+    return selected ? selected : currentGroup.get();
+}
+
 COrvelSequenceGroup* COrvelSequenceContainer::CreateGroup()
 {
     COrvelUUID id;

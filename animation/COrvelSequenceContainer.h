@@ -13,9 +13,12 @@
 namespace Orvel
 {
 
+class COrvelArchiveBase;
 class COrvelSequence;
 
 /// All sequences of the process, and the groups in which they are shown. It owns the groups, not the sequences.
+///
+/// The order of the virtual functions is relied on.
 class ORVEL_ANIMATION_API COrvelSequenceContainer
 {
 public:
@@ -24,6 +27,16 @@ public:
 
     COrvelSequenceContainer(const COrvelSequenceContainer&) = delete;
     COrvelSequenceContainer& operator=(const COrvelSequenceContainer&) = delete;
+
+    // --- archive
+
+    /// Adds the sequences and groups of an archive, in place of those with the same ids. The sequences have reference
+    /// count 0 and are whoever's takes them from ListSequences.
+    ///
+    /// @return false when something could not be read; what was read before stays.
+    virtual bool ReadFromArchive(COrvelArchiveBase& archive);
+    /// Sequences and groups that are not temporary, the group "Default" and which group is selected.
+    virtual bool WriteIntoArchive(COrvelArchiveBase& archive);
 
     // --- sequences
 
@@ -52,6 +65,11 @@ public:
     /// The groups beside the current one.
     const std::map<COrvelUUID, std::unique_ptr<COrvelSequenceGroup>>& Groups() const { return groups; }
 
+    /// The group that the user works in, a choice that archives keep; "Default" until SelectGroup names another one.
+    COrvelSequenceGroup* SelectedGroup() const;
+    /// An unknown id selects "Default".
+    void SelectGroup(const COrvelUUID& id) { selectedGroupID = id; }
+
     // --- kept for the host, nothing here reads it
 
     const COrvelString& Text() const { return text; }
@@ -69,8 +87,13 @@ private:
     COrvelSequenceContainer();
     ~COrvelSequenceContainer() = delete;
 
+    bool WriteGroups(COrvelArchiveBase& archive);
+    bool ReadSequences(COrvelArchiveBase& archive);
+    bool ReadGroups(COrvelArchiveBase& archive);
+
     std::map<COrvelUUID, COrvelSequence*> sequences;
     std::unique_ptr<COrvelSequenceGroup> currentGroup;
+    COrvelUUID selectedGroupID;
     std::map<COrvelUUID, std::unique_ptr<COrvelSequenceGroup>> groups;
     std::vector<COrvelSequence*> hostSequences;
     COrvelString text;

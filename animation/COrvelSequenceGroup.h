@@ -10,6 +10,7 @@
 namespace Orvel
 {
 
+class COrvelArchiveBase;
 class COrvelSequence;
 
 /// Sequences that are shown together, by id.
@@ -37,6 +38,9 @@ public:
     /// Null, and a sequence that is not in the group, are ignored.
     void RemoveSequence(const COrvelSequence* sequence);
     void RemoveAllSequences() { members.clear(); }
+
+    /// Everything but the temporary mark; nothing in archives older than groups.
+    bool ArchiveReadWrite(COrvelArchiveBase& archive);
 
 private:
     COrvelUUID id;

@@ -1,9 +1,4 @@
 #include "animation/COrvelAnimationCollapsingGroupGuidToCaptionMapper.h"
-#include "animation/COrvelKeyFrameDataLight.h"
-#include "animation/COrvelKeyFrameDataMaterial.h"
-#include "animation/COrvelKeyFrameDataMorph.h"
-#include "animation/COrvelKeyFrameDataTransform.h"
-#include "animation/COrvelKeyFrameDataVertices.h"
 #include "platform/core/COrvel3DObject.h"
 #include "platform/core/COrvelGeometry.h"
 #include "platform/core/COrvelLight.h"
@@ -35,12 +30,12 @@ protected:
         left->SetLocalTransform(transform);
     }
 
-    COrvelPtr<COrvelKeyFrameData> Move(int start, int end, const COrvelTransform* moved)
+    DataPtr Move(int start, int end, const COrvelTransform* moved)
     {
-        return Store(start, end, COrvelKeyFrameDataTransform::CreateTransformKeyFrameData(moved->ID(), Shift(2, 3, 5)));
+        return Store(start, end, Plain::CreateTransformKeyFrameData(moved->ID(), Shift(2, 3, 5)));
     }
     /// A transform of its own for a node, animated over one frame.
-    COrvelPtr<COrvelKeyFrameData> MoveNode(COrvelSceneNode* node)
+    DataPtr MoveNode(COrvelSceneNode* node)
     {
         node->SetLocalTransform(COrvelTransform::Create(&document));
         return Move(4, 4, node->LocalTransform());
@@ -82,18 +77,18 @@ TEST_F(CollapsingGroups, HangFromWhatShowsTheAnimation)
     COrvelLightSource* const source = COrvelLightSource::Create(&document, "source", lamp);
     COrvelMaterial* const steel = COrvelMaterial::Create(&document);
     const COrvelID table = geometry->VerticiesTable()->ID();
-    const auto made = [this](auto* data) { return COrvelPtr<COrvelKeyFrameData>(Over(3, 7, data)); };
+    const auto made = [this](auto* data) { return DataPtr(Over(3, 7, data)); };
     const struct
     {
-        COrvelPtr<COrvelKeyFrameData> data;
+        DataPtr data;
         COrvelEntity* owner;
     } cases[] = {
         {Move(3, 7, transform), left},
-        {made(COrvelKeyFrameDataVertices::CreateVerticesKeyFrameData(table, nullptr)), right},
-        {made(COrvelKeyFrameDataLight::CreateLightKeyFrameData(lamp->ID(), nullptr, lamp->ID())), source},
-        {made(COrvelKeyFrameDataMaterial::CreateMaterialKeyFrameData(steel->ID(), nullptr, steel->ID())), steel},
-        {made(COrvelKeyFrameDataMorph::CreateMorphKeyFrameData(geometry->ID(), right->ID(), 0.5)), geometry},
-        {made(COrvelKeyFrameDataMorph::CreateMorphKeyFrameData(right->ID(), right->ID(), 0.5)), right},
+        {made(Vertices::CreateVerticesKeyFrameData(table, nullptr)), right},
+        {made(Light::CreateLightKeyFrameData(lamp->ID(), nullptr, lamp->ID())), source},
+        {made(Material::CreateMaterialKeyFrameData(steel->ID(), nullptr, steel->ID())), steel},
+        {made(Morph::CreateMorphKeyFrameData(geometry->ID(), right->ID(), 0.5)), geometry},
+        {made(Morph::CreateMorphKeyFrameData(right->ID(), right->ID(), 0.5)), right},
     };
     for (const auto& [data, owner] : cases) {
         Manager::CollapseKeyFrameData({nullptr, data}, "moves");
@@ -101,7 +96,7 @@ TEST_F(CollapsingGroups, HangFromWhatShowsTheAnimation)
         ASSERT_NE(captions.FindCaption(data->CollapsingGroupID()), nullptr) << data->Type();
         EXPECT_EQ(*captions.FindCaption(data->CollapsingGroupID()), "moves");
     }
-    const COrvelPtr<COrvelKeyFrameData> unseen = Move(0, 0, COrvelTransform::Create(&document));
+    const DataPtr unseen = Move(0, 0, COrvelTransform::Create(&document));
     Manager::CollapseKeyFrameData({unseen, cases[0].data}, "");
     EXPECT_FALSE(unseen->IsInCollapsingGroup());
     EXPECT_EQ(*captions.FindCaption(cases[0].data->CollapsingGroupID()), "Group 0") << "a new group all the same";
@@ -109,8 +104,8 @@ TEST_F(CollapsingGroups, HangFromWhatShowsTheAnimation)
 
 TEST_F(CollapsingGroups, OfSeveralEntitiesHangFromTheNearestCommonParent)
 {
-    const COrvelPtr<COrvelKeyFrameData> ofLeft = Move(3, 7, transform);
-    const COrvelPtr<COrvelKeyFrameData> ofRight = MoveNode(right);
+    const DataPtr ofLeft = Move(3, 7, transform);
+    const DataPtr ofRight = MoveNode(right);
     Manager::CollapseKeyFrameData({ofLeft, ofRight}, "both");
     EXPECT_EQ(ofLeft->OwnerGuid(), group->GetGuid());
     EXPECT_EQ(ofRight->CollapsingGroupID(), ofLeft->CollapsingGroupID());
@@ -119,7 +114,7 @@ TEST_F(CollapsingGroups, OfSeveralEntitiesHangFromTheNearestCommonParent)
     group->SetGuid(COrvelUUID());
     Manager::CollapseKeyFrameData({ofLeft, ofRight}, "no owner");
     COrvelSceneNode* const elsewhere = COrvelSceneNode::Create(&document, "elsewhere");
-    const COrvelPtr<COrvelKeyFrameData> ofElsewhere = MoveNode(elsewhere);
+    const DataPtr ofElsewhere = MoveNode(elsewhere);
     Manager::CollapseKeyFrameData({ofLeft, ofElsewhere}, "no common parent");
     EXPECT_EQ(ofLeft->CollapsingGroupID(), before);
     EXPECT_FALSE(ofElsewhere->IsInCollapsingGroup());
@@ -154,8 +149,8 @@ TEST_F(CollapsingGroups, AreMadeForEachSkeleton)
 
 TEST_F(CollapsingGroups, LetGoOfDataThatMovedOutOfTheirSpan)
 {
-    const COrvelPtr<COrvelKeyFrameData> late = Move(30, 50, transform);
-    const COrvelPtr<COrvelKeyFrameData> early = Move(10, 20, transform);
+    const DataPtr late = Move(30, 50, transform);
+    const DataPtr early = Move(10, 20, transform);
     Manager::CollapseKeyFrameData({late, early}, "group");
     const COrvelUUID group1 = early->CollapsingGroupID();
     const struct
@@ -181,10 +176,10 @@ TEST_F(CollapsingGroups, LetGoOfDataThatMovedOutOfTheirSpan)
 
 TEST_F(CollapsingGroups, AreListedByDataAndByEntity)
 {
-    const COrvelPtr<COrvelKeyFrameData> first = Move(40, 45, transform);
-    const COrvelPtr<COrvelKeyFrameData> second = Move(10, 12, transform);
-    const COrvelPtr<COrvelKeyFrameData> single = Move(20, 21, transform);
-    const COrvelPtr<COrvelKeyFrameData> other = MoveNode(right);
+    const DataPtr first = Move(40, 45, transform);
+    const DataPtr second = Move(10, 12, transform);
+    const DataPtr single = Move(20, 21, transform);
+    const DataPtr other = MoveNode(right);
     Manager::CollapseKeyFrameData({first, second}, "pair");
     Manager::CollapseKeyFrameData({other}, "other");
     const COrvelUUID pair = first->CollapsingGroupID();

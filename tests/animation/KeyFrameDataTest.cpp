@@ -209,11 +209,9 @@ TEST_F(KeyFrameData, TakesCamerasWholeEvenAsSnapshots)
     const COrvelPtr<Grid> grid = AGrid();
     grid->SetTiming(3, 7, 4, 6, 0, 0);
     grid->SetRows(4);
-    grid->SetSequenceNumber(9);
     const COrvelPtr<Grid> copy(grid->Clone(true));
     EXPECT_EQ(FramesOf(*copy), FramesOf(*grid));
     EXPECT_EQ(copy->Rows(), 4);
-    EXPECT_EQ(copy->SequenceNumber(), 9);
     EXPECT_EQ(COrvelPtr<Camera>(ACamera()->Clone(true))->Type(), eKeyFrameDataType_TransformCamera);
 }
 

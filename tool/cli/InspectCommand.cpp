@@ -28,9 +28,13 @@ ReportParts PartsOf(const InspectOptions& options)
 nlohmann::json ReadAndReport(const InspectOptions& options, const WorkReporter& reporter)
 {
     InspectedModel inspected;
-    inspected.file = options.file;
+    inspected.file = options.input.file;
     reporter.Stage("reading the file");
-    inspected.model = ReadModel(options.file);
+    const ModelSource source(options.input);
+    for (const std::string& warning : source.Warnings())
+        reporter.Warning(warning);
+    inspected.pdf = source.Pdf();
+    inspected.model = ReadModel(source, options.input);
     reporter.Stage("placing what was read");
     inspected.scene = prc::Model::placeScene(inspected.model);
     inspected.statistics = StatisticsOf(inspected.model, inspected.scene);
@@ -50,13 +54,13 @@ void RunInspect(const InspectOptions& options)
     std::string report;
     {
         const SignalWatch signals;
-        const InputFile input = ExamineInput(options.file);
+        const InputFile input = ExamineInput(options.input.file);
         CommandListener listener(false);
         const Work work = [&options](const WorkReporter& reporter) { return ReadAndReport(options, reporter); };
         try {
             report = RunSupervised(work, LimitsFor(options.limits, input.size), signals, listener).get<std::string>();
         } catch (const Failure& failure) {
-            throw Failure("cannot inspect " + Quoted(options.file) + ": " + failure.what());
+            throw Failure("cannot inspect " + Quoted(options.input.file) + ": " + failure.what());
         }
         listener.EndProgress();
     }

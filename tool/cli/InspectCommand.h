@@ -1,8 +1,7 @@
 #pragma once
 
+#include "tool/cli/PRCInput.h"
 #include "tool/cli/WorkLimits.h"
-
-#include <string>
 
 namespace Orvel::Cli
 {
@@ -10,7 +9,7 @@ namespace Orvel::Cli
 /// `orvelprc inspect`
 struct InspectOptions
 {
-    std::string file;
+    ModelInput input;
     bool json = false;
     bool sections = false;  ///< with the two below: only these parts of the report; none of them: all
     bool tree = false;      ///< with the meshes that it places
@@ -18,7 +17,8 @@ struct InspectOptions
     LimitOptions limits;
 };
 
-/// Prints what is inside a PRC file, read in a supervised process. What the reader could not read is told by warnings.
+/// Prints what is inside a PRC file or a PDF with one, read in a supervised process. What the reader could not read is
+/// told by warnings.
 ///
 /// @throws Failure when the file cannot be read at all, or stdout cannot be written. Interrupted when the program was
 ///         asked to end.

@@ -183,12 +183,28 @@ Json FindingsJson(const PRCModel& model)
     return list;
 }
 
+Json PdfJson(const std::optional<PdfOrigin>& pdf)
+{
+    if (!pdf)
+        return nullptr;
+    Json streams = Json::array();
+    for (const Pdf::ModelStream& stream : pdf->streams) {
+        streams.push_back({{"stream", streams.size() + 1},
+                           {"subtype", stream.subtype},
+                           {"page", stream.page == 0 ? Json(nullptr) : Json(stream.page)},
+                           {"name", stream.name},
+                           {"storedBytes", stream.storedBytes}});
+    }
+    return {{"stream", pdf->chosen + 1}, {"streams", streams}};
+}
+
 Json HeadJson(const InspectedModel& inspected)
 {
     const PRCModel& model = inspected.model;
     const ModelStatistics& statistics = inspected.statistics;
     return {{"file", inspected.file},
             {"format", "prc"},
+            {"pdf", PdfJson(inspected.pdf)},
             {"bytes", model.fileSize},
             {"minimalVersion", model.minimalVersionForRead},
             {"authoringVersion", model.authoringVersion},

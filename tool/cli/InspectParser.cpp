@@ -16,6 +16,7 @@ constexpr const char* InspectExamples = R"(Examples:
   orvelprc inspect chair.prc
   orvelprc inspect chair.prc --tree
   orvelprc inspect chair.prc --json | jq .trianglesStored
+  orvelprc inspect manual.pdf --stream 2
 
 A damaged file is told as far as it can be read; warnings say what is missing.)";
 
@@ -24,9 +25,10 @@ A damaged file is told as far as it can be read; warnings say what is missing.)"
 void AddInspectCommand(CLI::App& program, Command& chosen)
 {
     const auto options = std::make_shared<InspectOptions>();
-    CLI::App& command = *program.add_subcommand("inspect", "Tell what is inside a PRC file")->group("Commands");
+    CLI::App& command =
+        *program.add_subcommand("inspect", "Tell what is inside a PRC file, or a PDF with one")->group("Commands");
     command.footer(InspectExamples);
-    command.add_option("FILE", options->file, "The file to read")->type_name("")->required();
+    AddModelInputOptions(command, options->input);
     command.add_flag("--json", options->json, "Print the report as JSON");
     command.add_flag("--tree", options->tree, "Tell of the tree and its meshes only");
     command.add_flag("--materials", options->materials, "Tell of materials and textures only");

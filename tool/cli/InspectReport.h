@@ -3,7 +3,9 @@
 #include "platform/prcfile/PRCModel.h"
 #include "platform/prcfile/PRCScene.h"
 #include "tool/cli/ModelStatistics.h"
+#include "tool/cli/PRCInput.h"
 
+#include <optional>
 #include <string>
 
 namespace Orvel::Cli
@@ -21,7 +23,8 @@ struct ReportParts
 /// A model with everything that a report on it tells.
 struct InspectedModel
 {
-    std::string file; ///< as given on the command line
+    std::string file;             ///< as given on the command line
+    std::optional<PdfOrigin> pdf; ///< nothing when the file is no PDF
     prc::Model::PRCModel model;
     prc::Model::PlacedScene scene;
     ModelStatistics statistics;

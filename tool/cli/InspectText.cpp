@@ -58,11 +58,25 @@ std::string TransformText(const prc::Matrix& matrix)
     return text;
 }
 
+std::string PdfText(const std::optional<PdfOrigin>& pdf)
+{
+    std::string text;
+    for (std::size_t i = 0; pdf && i < pdf->streams.size(); ++i) {
+        const Pdf::ModelStream& stream = pdf->streams[i];
+        text += "  stream " + std::to_string(i + 1) + " of the PDF: " + FormatName(stream) +
+                (stream.page == 0 ? " on no page" : " on page " + std::to_string(stream.page)) +
+                (stream.name.empty() ? "" : ", " + Quoted(stream.name)) +
+                (i == pdf->chosen ? "; this one is told of\n" : "\n");
+    }
+    return text;
+}
+
 std::string HeadText(const InspectedModel& inspected)
 {
     const PRCModel& model = inspected.model;
     const ModelStatistics& statistics = inspected.statistics;
     std::string text = Quoted(inspected.file) + ": PRC, " + std::to_string(model.fileSize) + " bytes\n";
+    text += PdfText(inspected.pdf);
     text += "  version " + std::to_string(model.minimalVersionForRead) + " of the format, written by version " +
             std::to_string(model.authoringVersion) + "\n";
     text += "  model " + NameText(model.name) + ", unit " + ShortestText(model.unitInMillimetres) + " mm\n";

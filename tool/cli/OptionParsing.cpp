@@ -85,6 +85,21 @@ void AddImportOptions(CLI::App& command, Import::LoadOptions& load)
         ->check(Folder());
 }
 
+void AddModelInputOptions(CLI::App& command, ModelInput& input)
+{
+    command.add_option("FILE", input.file, "The PRC or PDF file to read")->type_name("")->required();
+    command.add_option("--stream", input.stream, "Of a PDF, take 3D stream N, counted from 1 (default: the first PRC)")
+        ->type_name("N")
+        ->check(Number("a number of 1 or more", [](double number) { return number >= 1.0; }));
+    command.add_option("--password", input.password, "Open an encrypted PDF with PASSWORD")->type_name("PASSWORD");
+    command
+        .add_option_function<std::string>(
+            "--unpack-limit",
+            [&input](const std::string& text) { input.unpackLimit = SizeInBytes("--unpack-limit", text); },
+            "Refuse what unpacks to more than SIZE (default: 16M and 256 times the size of FILE, at most 1G)")
+        ->type_name("SIZE");
+}
+
 void AddExistingFileOption(CLI::App& command, ExistingFile& existing)
 {
     command.add_flag_callback(

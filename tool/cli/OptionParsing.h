@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tool/cli/ExportOptions.h"
+#include "tool/cli/PRCInput.h"
 
 #include <CLI/CLI.hpp>
 
@@ -53,6 +54,9 @@ void AddLimitOptions(CLI::App& command, LimitOptions& limits);
 
 /// Adds what tells how a scene is to be read: --scale, --up, --crease-angle, --texture-dir.
 void AddImportOptions(CLI::App& command, Import::LoadOptions& load);
+
+/// Adds the FILE to read, and what chooses and limits a model: --stream, --password, --unpack-limit.
+void AddModelInputOptions(CLI::App& command, ModelInput& input);
 
 /// Adds --no-clobber.
 void AddExistingFileOption(CLI::App& command, ExistingFile& existing);

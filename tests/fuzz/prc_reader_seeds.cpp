@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -89,20 +88,17 @@ Bytes Written(bool normals, bool texture, bool twoFaces, bool colours)
     return bytes;
 }
 
-/// Fans, strips and single normals, textured and not.
+/// Fans, strips and single normals, textured and not; behind them what is not decoded.
 SectionWriter RunsOfAllKinds()
 {
-    const std::uint32_t one = 0x40000000;
-    return TessellationsOf(2, [](SectionWriter& section) {
-        MeshFields mesh{.coordinates = {0, 1, 2, 3, 4, 5, 6, 7, 8}, .normals = {0, 0, 1}, .textures = {0.5, 0.25}};
-        mesh.indices.resize(200);
-        mesh.faces = {
-            {.usedEntities = 2 | 4 | 8, .sizes = {1, 2, 3, 4, 1, 5}},
-            {.usedEntities = 32 | 64 | 128, .start = 60, .sizes = {1, 1, 4 | one, 2, 3, 4 | one}},
-            {.usedEntities = 512 | 8192 | 16384, .start = 100, .sizes = {1, 1, 1, 3 | one}, .textureIndices = 1}};
-        WriteMesh(section, mesh);
-        section.writeEntityType(EntityType::Tessellation3DCompressed);
-    });
+    constexpr std::uint32_t one = 0x40000000;
+    MeshFields mesh{.coordinates = {0, 1, 2, 3, 4, 5, 6, 7, 8}, .normals = {0, 0, 1}, .textures = {0.5, 0.25}};
+    mesh.indices.resize(200);
+    mesh.faces = {{.usedEntities = 2 | 4 | 8, .sizes = {1, 2, 3, 4, 1, 5}},
+                  {.usedEntities = 32 | 64 | 128, .start = 60, .sizes = {1, 1, 4 | one, 2, 3, 4 | one}},
+                  {.usedEntities = 512 | 8192 | 16384, .start = 100, .sizes = {1, 1, 1, 3 | one}, .textureIndices = 1}};
+    return TessellationsOf(
+        2, mesh, [](SectionWriter& section) { section.writeEntityType(EntityType::Tessellation3DCompressed); });
 }
 
 void WriteForeignItems(SectionWriter& section)
@@ -111,73 +107,34 @@ void WriteForeignItems(SectionWriter& section)
     WriteItemHead(section, EntityType::Set, 0, nullIndex, nullIndex);
     section.writeUnsignedInteger(3);
     WriteItemHead(section, EntityType::BrepModel, nullIndex, 0, 0);
-    section.writeBoolean(true);
-    section.writeUnsignedInteger(2);
-    section.writeUnsignedInteger(3);
-    section.writeBoolean(true);
-    section.writeNoUserData();
+    Put(section, true, 2, 3, true, 0);
     WriteItemHead(section, EntityType::PointSet, 1, 0, nullIndex);
-    section.writeUnsignedInteger(1);
-    section.writeVector(1, 2, 3);
-    section.writeNoUserData();
+    Put(section, 1, 1.0, 2.0, 3.0, 0);
     WriteItemHead(section, EntityType::PolyWire, 1, nullIndex, 0);
-    section.writeNoUserData();
-    section.writeNoUserData(); // of the set
+    Put(section, 0, 0); // and the end of the set
     WriteItemHead(section, EntityType::Plane, 1, nullIndex, 0);
-    section.writeBoolean(false);
-    section.writeNoUserData();
+    Put(section, false, 0);
 }
 
 /// A reference to a face and one to an entity.
 void WriteForeignReferences(SectionWriter& section)
 {
-    prc::IdentifierCounter identifiers;
     section.writeUnsignedInteger(2);
-    for (const EntityType kind : {EntityType::ReferenceOnTopology, EntityType::ReferenceOnBase}) {
-        section.writeEntityType(EntityType::EntityReference);
-        section.writeReferenceBase(std::nullopt, identifiers);
-        WriteExplicitGraphics(section, 1, 1);
-        section.writeUnsignedInteger(0);
-        section.writeBoolean(true);
-        section.writeEntityType(kind);
-        const bool isFace = kind == EntityType::ReferenceOnTopology;
-        section.writeUnsignedInteger(isFace ? 149 : 237);
-        if (isFace)
-            section.writeBoolean(true);
-        section.writeBoolean(true);
-        for (const std::uint32_t number : {2U, 3U, 1U, 1U}) {
-            if (isFace || number == 2)
-                section.writeUnsignedInteger(number);
-        }
-        section.writeNoUserData();
-    }
-}
-
-void WriteCartesian(SectionWriter& section)
-{
-    section.writeEntityType(EntityType::CartesianTransformation);
-    section.writeCharacter(0x4F);
-    for (unsigned number = 0; number < 14; ++number)
-        section.writeDouble(number);
+    WriteReferenceHead(section, 1, EntityType::ReferenceOnTopology);
+    Put(section, 149, true, true, 2, 3, 1, 1, 0);
+    WriteReferenceHead(section, 1, EntityType::ReferenceOnBase);
+    Put(section, 237, true, LastIdentifier() - 2, 0);
 }
 
 HandMadeFile Foreign()
 {
-    HandMadeFile file = PlainFile();
-    file.globals = SectionWriter();
-    file.globals.writeEmptySchema();
-    WriteGlobals(file.globals, 2, {prc::identityMatrix});
-    file.tree = TreeOf(
-        [](SectionWriter& section) {
-            section.writeUnsignedInteger(1);
-            WritePart(section, WriteForeignItems);
-        },
-        [](SectionWriter& section) {
-            section.writeUnsignedInteger(2);
-            WriteOccurrence(section, {.part = 0, .writeLocation = WriteCartesian});
-            WriteOccurrence(section, {.children = {0, 0}, .writeEntityReferences = WriteForeignReferences});
-        },
-        1);
+    const auto cartesian = [](SectionWriter& section) {
+        Put(section, EntityType::CartesianTransformation, Byte(0x4F), std::vector<double>(14, 0.5));
+    };
+    const std::vector<OccurrenceFields> occurrences = {
+        {.part = 0, .writeLocation = cartesian}, {.children = {0, 0}, .writeEntityReferences = WriteForeignReferences}};
+    HandMadeFile file = FileOf(occurrences, 2, {prc::identityMatrix});
+    file.tree = TreeOf(occurrences, WriteForeignItems);
     file.tessellation = RunsOfAllKinds();
     return file;
 }
@@ -185,14 +142,11 @@ HandMadeFile Foreign()
 /// Programs of all kinds that read next to nothing, for the globals.
 HandMadeFile WithSchemas()
 {
-    constexpr std::uint32_t tokens[] = {19, 39, 1, 20, 15083, 17, 37, 26, 1,  0,  0,  18, 16, 1, 24, 5, 31, 26,
-                                        1,  26, 2, 15, 25,    5,  0,  17, 36, 27, 26, 1,  21, 0, 21, 6, 302};
+    const std::vector<std::uint32_t> tokens = {19, 39, 1, 20, 15083, 17, 37, 26, 1,  0,  0,  18, 16, 1, 24, 5, 31, 26,
+                                               1,  26, 2, 15, 25,    5,  0,  17, 36, 27, 26, 1,  21, 0, 21, 6, 302};
     HandMadeFile file = PlainFile();
     file.globals = SectionWriter();
-    file.globals.writeUnsignedInteger(1);
-    file.globals.writeUnsignedInteger(303);
-    file.globals.writeUnsignedInteger(std::size(tokens));
-    file.globals.writeUnsignedIntegers(tokens);
+    Put(file.globals, 1, 303, tokens.size(), tokens);
     WriteGlobals(file.globals, 2);
     return file;
 }
@@ -200,20 +154,10 @@ HandMadeFile WithSchemas()
 /// A file whose second structure takes the content of the first.
 Bytes TwoStructures()
 {
-    HandMadeFile files[] = {PlainFile(), PlainFile()};
-    files[0].id = {21, 22, 23, 24};
-    files[1].tree = TreeOf([](SectionWriter& section) { section.writeUnsignedInteger(0); },
-                           [&files](SectionWriter& section) {
-                               section.writeUnsignedInteger(1);
-                               WriteOccurrence(section, {.writeReferences = [&files](SectionWriter& references) {
-                                                   for (unsigned reference = 0; reference < 2; ++reference) {
-                                                       references.writeIndexPlusOne(0);
-                                                       references.writeBoolean(false);
-                                                       references.writeUniqueId(files[0].id);
-                                                   }
-                                               }});
-                           },
-                           0);
+    const prc::UniqueId library = {21, 22, 23, 24};
+    const auto references = [library](SectionWriter& section) { Put(section, 1, false, library, 1, false, library); };
+    HandMadeFile files[] = {PlainFile(), FileOf({{.writeReferences = references}})};
+    files[0].id = library;
     return FileOfStructures(files);
 }
 

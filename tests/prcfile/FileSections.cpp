@@ -72,6 +72,9 @@ std::array<std::size_t, 6> AppendStructure(Bytes& bytes, const FileSections::Str
 
 } // namespace
 
+const Bytes FileSections::emptyGeometry = {0x99, 0x40, 0x40};
+const Bytes FileSections::emptyExtraGeometry = {0x99, 0xC0, 0x40};
+
 FileSections FileSections::Of(std::span<const std::uint8_t> file)
 {
     const Model::PRCModel read = readPRC(file);

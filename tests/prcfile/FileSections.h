@@ -26,6 +26,9 @@ struct FileSections
     std::vector<Structure> structures;
     Bytes model;
 
+    static const Bytes emptyGeometry;
+    static const Bytes emptyExtraGeometry;
+
     /// @param file one that the library reads without errors.
     static FileSections Of(std::span<const std::uint8_t> file);
 

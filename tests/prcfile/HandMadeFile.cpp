@@ -1,6 +1,5 @@
 #include "tests/prcfile/HandMadeFile.h"
 
-#include "platform/prcfile/NullIndex.h"
 #include "tests/prcfile/FileSections.h"
 
 #include <optional>
@@ -13,29 +12,64 @@ namespace
 
 IdentifierCounter identifiers;
 
-void WriteOr(const std::function<void(SectionWriter&)>& write, SectionWriter& section,
-             const std::function<void(SectionWriter&)>& otherwise)
-{
-    (write ? write : otherwise)(section);
-}
-
 Bytes BytesOf(const BitWriter& section)
 {
     return {section.bytes().begin(), section.bytes().end()};
+}
+
+void FillOrPut(SectionWriter& section, const Fill& fill, auto... otherwise)
+{
+    if (fill)
+        fill(section);
+    else
+        Put(section, otherwise...);
+}
+
+void WriteOccurrence(SectionWriter& section, const OccurrenceFields& fields)
+{
+    section.writeEntityType(EntityType::ProductOccurrence);
+    section.writeReferenceBase(fields.name, identifiers);
+    if (fields.writeGraphics)
+        fields.writeGraphics(section);
+    else
+        section.writeGraphics(nullIndex);
+    section.writeIndexPlusOne(fields.part);
+    FillOrPut(section, fields.writeReferences, 0, 0);
+    Put(section, fields.children.size(), fields.children, Byte(0), false, 1.0, Byte(0), 0);
+    section.writeBoolean(static_cast<bool>(fields.writeLocation));
+    FillOrPut(section, fields.writeLocation);
+    FillOrPut(section, fields.writeEntityReferences, 0);
+    section.writeNoMarkups();
+    Put(section, 0, false, 0, 0); // views, entity filter, display filters, scene display parameters
+    FillOrPut(section, fields.writeAdded);
+    section.writeNoUserData();
+}
+
+void WriteMesh(SectionWriter& section, const MeshFields& mesh)
+{
+    Put(section, EntityType::Tessellation3D, false, mesh.coordinates.size(), mesh.coordinates);
+    Put(section, true, false, mesh.recalculateNormals);
+    if (mesh.recalculateNormals)
+        Put(section, Byte(0), 30.0);
+    Put(section, mesh.normals.size(), mesh.normals, 0, mesh.indices.size(), mesh.indices, mesh.faces.size());
+    for (const FaceFields& face : mesh.faces) {
+        Put(section, EntityType::TessellationFace, 0, 0, 0, face.usedEntities, face.start, face.sizes.size(),
+            face.sizes, face.textureIndices, static_cast<bool>(face.writeColours));
+        FillOrPut(section, face.writeColours);
+    }
+    Put(section, mesh.textures.size(), mesh.textures);
 }
 
 } // namespace
 
 std::vector<std::uint8_t> FileOfStructures(std::span<const HandMadeFile> structures)
 {
-    const Bytes emptyGeometry = {0x99, 0x40, 0x40};
-    const Bytes emptyExtraGeometry = {0x99, 0xC0, 0x40};
     FileSections file;
     for (const HandMadeFile& made : structures)
         file.structures.push_back({made.id,
                                    made.pictures,
                                    {BytesOf(made.globals), BytesOf(made.tree), BytesOf(made.tessellation),
-                                    emptyGeometry, emptyExtraGeometry}});
+                                    FileSections::emptyGeometry, FileSections::emptyExtraGeometry}});
     file.model = BytesOf(structures.back().model);
     return file.File();
 }
@@ -45,66 +79,40 @@ std::vector<std::uint8_t> HandMadeFile::Bytes() const
     return FileOfStructures({this, 1});
 }
 
-HandMadeFile PlainFile()
+HandMadeFile FileOf(const std::vector<OccurrenceFields>& occurrences, std::uint32_t styles,
+                    const std::vector<Matrix>& coordinateSystems)
 {
     HandMadeFile file;
     file.globals.writeEmptySchema();
-    WriteGlobals(file.globals, 0);
-    file.tree = TreeOf([](SectionWriter& section) { section.writeUnsignedInteger(0); },
-                       [](SectionWriter& section) {
-                           section.writeUnsignedInteger(1);
-                           WriteOccurrence(section, {.name = "root"});
-                       },
-                       0);
-    file.tessellation = TessellationsOf(0, [](SectionWriter&) {});
-    file.model.writeEmptySchema();
-    file.model.writeEntityType(EntityType::ModelFile);
-    file.model.writeContentBase("model");
-    file.model.writeBoolean(true);
-    file.model.writeDouble(25.4);
-    file.model.writeUnsignedInteger(1);
-    file.model.writeUniqueId(HandMadeFile::structureId);
-    file.model.writeUnsignedInteger(1);
-    file.model.writeBoolean(true);
-    file.model.writeUnsignedInteger(0);
-    file.model.writeNoUserData();
+    WriteGlobals(file.globals, styles, coordinateSystems);
+    file.tree = TreeOf(occurrences);
+    Put(file.tessellation, EntityType::FileStructureTessellation, 0, false, false, 0, 0);
+    Put(file.model, 0, EntityType::ModelFile, 0, false, "model", true, 25.4, 1, HandMadeFile::structureId,
+        occurrences.size(), true, 0, 0);
     return file;
+}
+
+HandMadeFile PlainFile()
+{
+    return FileOf({{.name = "root"}});
 }
 
 void WriteGlobals(SectionWriter& section, std::uint32_t styles, const std::vector<Matrix>& coordinateSystems)
 {
     section.writeEntityType(EntityType::FileStructureGlobals);
     section.writeContentBase(std::nullopt);
-    section.writeUnsignedInteger(0); // other file structures
-    section.writeDouble(2000.0);
-    section.writeDouble(40.0);
-    section.writeString(std::nullopt);
-    section.writeUnsignedInteger(0); // fonts
-    section.writeUnsignedInteger(1); // colours
-    section.writeVector(0.25, 0.5, 0.75);
-    section.writeUnsignedInteger(0); // pictures
-    section.writeUnsignedInteger(0); // textures
-    section.writeUnsignedInteger(1); // materials
-    section.writeEntityType(EntityType::Material);
+    Put(section, 0, 2000.0, 40.0, false, 0); // other file structures, precision, default font, fonts
+    Put(section, 1, 0.25, 0.5, 0.75, 0, 0);  // a colour, no pictures, no textures
+    Put(section, 1, EntityType::Material);
     section.writeReferenceBase("paint", identifiers);
-    for (unsigned colour = 0; colour < 4; ++colour)
-        section.writeUnsignedInteger(1);
-    for (const double number : {0.5, 1.0, 0.625, 1.0, 1.0})
-        section.writeDouble(number);
-    section.writeUnsignedInteger(0); // line patterns
-    section.writeUnsignedInteger(styles);
+    Put(section, 1, 1, 1, 1, 0.5, 1.0, 0.625, 1.0, 1.0);
+    Put(section, 0, styles); // no line patterns
     for (std::uint32_t style = 0; style < styles; ++style) {
         section.writeEntityType(EntityType::Style);
         section.writeReferenceBase(std::nullopt, identifiers);
-        section.writeDouble(0.0);
-        section.writeBoolean(false);
-        section.writeUnsignedInteger(0);
-        section.writeBoolean(true);
-        section.writeUnsignedInteger(1);
-        section.writeBits(0, 4); // no transparency, nothing additional
+        Put(section, 0.0, false, 0, true, 1, false, false, false, false);
     }
-    section.writeUnsignedInteger(0); // fill patterns
-    section.writeUnsignedInteger(static_cast<std::uint32_t>(coordinateSystems.size()));
+    Put(section, 0, coordinateSystems.size()); // no fill patterns
     for (const Matrix& system : coordinateSystems) {
         WriteItemHead(section, EntityType::CoordinateSystem, nullIndex, nullIndex, nullIndex);
         section.writeGeneralTransformation(system);
@@ -113,55 +121,28 @@ void WriteGlobals(SectionWriter& section, std::uint32_t styles, const std::vecto
     section.writeNoUserData();
 }
 
-SectionWriter TreeOf(const std::function<void(SectionWriter&)>& writeParts,
-                     const std::function<void(SectionWriter&)>& writeOccurrences, std::uint32_t root)
+SectionWriter TreeOf(const std::vector<OccurrenceFields>& occurrences, const Fill& writeItems)
 {
     SectionWriter section;
     section.writeEntityType(EntityType::FileStructureTree);
     section.writeContentBase(std::nullopt);
-    writeParts(section);
-    writeOccurrences(section);
+    section.writeUnsignedInteger(writeItems ? 1 : 0);
+    if (writeItems) {
+        section.writeEntityType(EntityType::PartDefinition);
+        section.writeReferenceBase("part", identifiers);
+        section.writeGraphics(nullIndex);
+        Put(section, -1.0, -2.0, -3.0, 4.0, 5.0, 6.0);
+        writeItems(section);
+        section.writeNoMarkups();
+        Put(section, 0, 0); // views, user data
+    }
+    section.writeUnsignedInteger(static_cast<std::uint32_t>(occurrences.size()));
+    for (const OccurrenceFields& fields : occurrences)
+        WriteOccurrence(section, fields);
     section.writeEntityType(EntityType::FileStructure);
     section.writeContentBase(std::nullopt);
-    section.writeUnsignedInteger(1000);
-    section.writeIndexPlusOne(root);
-    section.writeNoUserData();
+    Put(section, 1000, occurrences.size(), 0); // next identifier, root, user data
     return section;
-}
-
-void WriteOccurrence(SectionWriter& section, const OccurrenceFields& fields)
-{
-    section.writeEntityType(EntityType::ProductOccurrence);
-    section.writeReferenceBase(fields.name, identifiers);
-    WriteOr(fields.writeGraphics, section, [](SectionWriter& bits) { bits.writeGraphics(nullIndex); });
-    section.writeIndexPlusOne(fields.part);
-    WriteOr(fields.writeReferences, section, [](SectionWriter& bits) { bits.writeBits(0, 2); });
-    section.writeUnsignedInteger(static_cast<std::uint32_t>(fields.children.size()));
-    section.writeUnsignedIntegers(fields.children);
-    section.writeCharacter(0);
-    section.writeBoolean(false);
-    section.writeDouble(1.0);
-    section.writeCharacter(0);
-    section.writeInteger(0);
-    section.writeBoolean(static_cast<bool>(fields.writeLocation));
-    WriteOr(fields.writeLocation, section, [](SectionWriter&) {});
-    WriteOr(fields.writeEntityReferences, section, [](SectionWriter& bits) { bits.writeUnsignedInteger(0); });
-    section.writeNoMarkups();
-    section.writeBits(0, 4); // views, entity filter, display filters, scene display parameters
-    section.writeNoUserData();
-}
-
-void WritePart(SectionWriter& section, const std::function<void(SectionWriter&)>& writeItems)
-{
-    section.writeEntityType(EntityType::PartDefinition);
-    section.writeReferenceBase("part", identifiers);
-    section.writeGraphics(nullIndex);
-    section.writeVector(-1.0, -2.0, -3.0);
-    section.writeVector(4.0, 5.0, 6.0);
-    writeItems(section);
-    section.writeNoMarkups();
-    section.writeUnsignedInteger(0); // views
-    section.writeNoUserData();
 }
 
 std::uint32_t LastIdentifier()
@@ -171,11 +152,15 @@ std::uint32_t LastIdentifier()
 
 void WriteExplicitGraphics(SectionWriter& section, std::uint32_t style, std::uint16_t behaviour)
 {
-    section.writeBoolean(false);
-    section.writeUnsignedInteger(0);
-    section.writeIndexPlusOne(style);
-    section.writeCharacter(static_cast<std::uint8_t>(behaviour & 0xFF));
-    section.writeCharacter(static_cast<std::uint8_t>(behaviour >> 8));
+    Put(section, false, 0, style + 1U, static_cast<Byte>(behaviour & 0xFF), static_cast<Byte>(behaviour >> 8));
+}
+
+void WriteReferenceHead(SectionWriter& section, std::uint32_t style, EntityType kind)
+{
+    section.writeEntityType(EntityType::EntityReference);
+    section.writeReferenceBase("reference", identifiers);
+    WriteExplicitGraphics(section, style, 1);
+    Put(section, 0, true, kind);
 }
 
 void WriteItemHead(SectionWriter& section, EntityType type, std::uint32_t style, std::uint32_t coordinateSystem,
@@ -184,53 +169,17 @@ void WriteItemHead(SectionWriter& section, EntityType type, std::uint32_t style,
     section.writeEntityType(type);
     section.writeReferenceBase(std::nullopt, identifiers);
     section.writeGraphics(style);
-    section.writeIndexPlusOne(coordinateSystem);
-    section.writeIndexPlusOne(tessellation);
+    Put(section, coordinateSystem + 1U, tessellation + 1U);
 }
 
-void WriteMesh(SectionWriter& section, const MeshFields& mesh)
-{
-    const auto writeDoubles = [&section](const std::vector<double>& values) {
-        section.writeUnsignedInteger(static_cast<std::uint32_t>(values.size()));
-        section.writeDoubles(values);
-    };
-    section.writeEntityType(EntityType::Tessellation3D);
-    section.writeBoolean(false);
-    writeDoubles(mesh.coordinates);
-    section.writeBoolean(true);
-    section.writeBoolean(false);
-    section.writeBoolean(mesh.recalculateNormals);
-    if (mesh.recalculateNormals) {
-        section.writeCharacter(0);
-        section.writeDouble(30.0);
-    }
-    writeDoubles(mesh.normals);
-    section.writeUnsignedInteger(0); // wires
-    section.writeUnsignedInteger(static_cast<std::uint32_t>(mesh.indices.size()));
-    section.writeUnsignedIntegers(mesh.indices);
-    section.writeUnsignedInteger(static_cast<std::uint32_t>(mesh.faces.size()));
-    for (const FaceFields& face : mesh.faces) {
-        section.writeEntityType(EntityType::TessellationFace);
-        section.writeBits(0, 3); // styles, start of wires, wire sizes
-        section.writeUnsignedInteger(face.usedEntities);
-        section.writeUnsignedInteger(face.start);
-        section.writeUnsignedInteger(static_cast<std::uint32_t>(face.sizes.size()));
-        section.writeUnsignedIntegers(face.sizes);
-        section.writeUnsignedInteger(face.textureIndices);
-        section.writeBoolean(static_cast<bool>(face.writeColours));
-        if (face.writeColours)
-            face.writeColours(section);
-    }
-    writeDoubles(mesh.textures);
-}
-
-SectionWriter TessellationsOf(std::uint32_t count, const std::function<void(SectionWriter&)>& write)
+SectionWriter TessellationsOf(std::uint32_t count, const MeshFields& mesh, const Fill& writeMore)
 {
     SectionWriter section;
     section.writeEntityType(EntityType::FileStructureTessellation);
     section.writeContentBase(std::nullopt);
     section.writeUnsignedInteger(count);
-    write(section);
+    WriteMesh(section, mesh);
+    FillOrPut(section, writeMore);
     section.writeNoUserData();
     return section;
 }

@@ -7,10 +7,42 @@
 #include <functional>
 #include <span>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace prc::Test
 {
+
+using Fill = std::function<void(SectionWriter&)>; ///< null: nothing, or the field that says "none".
+using Byte = std::uint8_t;
+
+/// Writes fields as their types ask: numbers of any integral type as unsigned integers, Bytes as characters.
+template <typename... Fields>
+void Put(SectionWriter& section, const Fields&... fields)
+{
+    [[maybe_unused]] const auto put = [&section](const auto& field) {
+        using Field = std::remove_cvref_t<decltype(field)>;
+        if constexpr (std::is_same_v<Field, bool>)
+            section.writeBoolean(field);
+        else if constexpr (std::is_same_v<Field, Byte>)
+            section.writeCharacter(field);
+        else if constexpr (std::is_same_v<Field, EntityType>)
+            section.writeEntityType(field);
+        else if constexpr (std::is_floating_point_v<Field>)
+            section.writeDouble(field);
+        else if constexpr (std::is_integral_v<Field>)
+            section.writeUnsignedInteger(static_cast<std::uint32_t>(field));
+        else if constexpr (std::is_same_v<Field, UniqueId>)
+            section.writeUniqueId(field);
+        else if constexpr (std::is_same_v<Field, std::vector<double>>)
+            section.writeDoubles(field);
+        else if constexpr (std::is_same_v<Field, std::vector<std::uint32_t>>)
+            section.writeUnsignedIntegers(field);
+        else
+            section.writeString(field);
+    };
+    (put(fields), ...);
+}
 
 /// A file put together section by section, for what the writer of the library never writes.
 struct HandMadeFile
@@ -30,34 +62,32 @@ struct HandMadeFile
 /// A file with several file structures; the model file is that of the last.
 [[nodiscard]] std::vector<std::uint8_t> FileOfStructures(std::span<const HandMadeFile> structures);
 
-/// A file with one occurrence named "root", without styles, parts and meshes.
-[[nodiscard]] HandMadeFile PlainFile();
-
-/// The globals behind the schemas: so many plain styles, one colour and one material, and these reference frames.
-void WriteGlobals(SectionWriter& section, std::uint32_t styles, const std::vector<Matrix>& coordinateSystems = {});
-
-/// A tree of which parts and occurrences are written by the caller, each with its number in front of it.
-///
-/// @param root position of the root occurrence.
-[[nodiscard]] SectionWriter TreeOf(const std::function<void(SectionWriter&)>& writeParts,
-                                   const std::function<void(SectionWriter&)>& writeOccurrences, std::uint32_t root);
-
 /// What an occurrence has beyond nothing.
 struct OccurrenceFields
 {
     std::string name = "node";
     std::uint32_t part = nullIndex;
     std::vector<std::uint32_t> children{};
-    std::function<void(SectionWriter&)> writeGraphics{};         ///< null: shown, no style.
-    std::function<void(SectionWriter&)> writeReferences{};       ///< prototype and external data; null: none.
-    std::function<void(SectionWriter&)> writeLocation{};         ///< null: none.
-    std::function<void(SectionWriter&)> writeEntityReferences{}; ///< with their number; null: none.
+    Fill writeGraphics{};   ///< null: shown, no style.
+    Fill writeReferences{}; ///< prototype and external data.
+    Fill writeLocation{};
+    Fill writeEntityReferences{}; ///< with their number.
+    Fill writeAdded{};            ///< in front of the user data.
 };
 
-void WriteOccurrence(SectionWriter& section, const OccurrenceFields& fields);
+/// A file with these styles and occurrences, the last one the root; without parts and meshes.
+[[nodiscard]] HandMadeFile FileOf(const std::vector<OccurrenceFields>& occurrences, std::uint32_t styles = 0,
+                                  const std::vector<Matrix>& coordinateSystems = {});
 
-/// A part with items that the caller writes, their number first.
-void WritePart(SectionWriter& section, const std::function<void(SectionWriter&)>& writeItems);
+/// The same with a single occurrence named "root".
+[[nodiscard]] HandMadeFile PlainFile();
+
+/// The globals behind the schemas: so many plain styles, one colour and one material, and these reference frames.
+void WriteGlobals(SectionWriter& section, std::uint32_t styles, const std::vector<Matrix>& coordinateSystems = {});
+
+/// A tree with a part whose items, their number first, the caller writes; or without one. The root is the last
+/// occurrence.
+[[nodiscard]] SectionWriter TreeOf(const std::vector<OccurrenceFields>& occurrences, const Fill& writeItems = {});
 
 /// The identifier that was written last, in any file.
 [[nodiscard]] std::uint32_t LastIdentifier();
@@ -68,13 +98,16 @@ void WriteItemHead(SectionWriter& section, EntityType type, std::uint32_t style,
 
 void WriteExplicitGraphics(SectionWriter& section, std::uint32_t style, std::uint16_t behaviour);
 
+/// An entity reference up to the kind of its target.
+void WriteReferenceHead(SectionWriter& section, std::uint32_t style, EntityType kind);
+
 struct FaceFields
 {
     std::uint32_t usedEntities = 2;
     std::uint32_t start = 0;
     std::vector<std::uint32_t> sizes{};
     std::uint32_t textureIndices = 0;
-    std::function<void(SectionWriter&)> writeColours{}; ///< null: none.
+    Fill writeColours{};
 };
 
 struct MeshFields
@@ -87,9 +120,7 @@ struct MeshFields
     bool recalculateNormals = false;
 };
 
-void WriteMesh(SectionWriter& section, const MeshFields& mesh);
-
-/// A section with so many tessellations, which the caller writes.
-[[nodiscard]] SectionWriter TessellationsOf(std::uint32_t count, const std::function<void(SectionWriter&)>& write);
+/// A section that announces so many tessellations and holds this mesh and what else the caller writes.
+[[nodiscard]] SectionWriter TessellationsOf(std::uint32_t count, const MeshFields& mesh, const Fill& writeMore = {});
 
 } // namespace prc::Test

@@ -13,9 +13,7 @@ namespace
 
 using Orvel::Test::DecodePRC;
 using Orvel::Test::PRCContent;
-using Orvel::Test::Tessellation;
 using prc::Test::Add;
-using prc::Test::MeshArrays;
 using prc::Test::StripMesh;
 
 class Tessellations : public testing::Test
@@ -30,38 +28,6 @@ protected:
     std::vector<std::uint8_t> bytes;
     prc::oPRCFile file{bytes, 1.0, 1};
 };
-
-std::vector<double> Flat(const auto& elements)
-{
-    std::vector<double> numbers;
-    for (const auto& element : elements)
-        numbers.insert(numbers.end(), element.begin(), element.end());
-    return numbers;
-}
-
-TEST_F(Tessellations, KeepEveryArrayAsGivenInAllFourLayouts)
-{
-    for (const MeshArrays arrays : {MeshArrays{false, false}, {true, false}, {false, true}, {true, true}})
-        file.useMesh(Add(file, StripMesh(arrays)), 0, nullptr);
-    const PRCContent content = Finish();
-    ASSERT_EQ(content.tessellations.size(), 4U);
-    std::size_t at = 0;
-    for (const MeshArrays arrays : {MeshArrays{false, false}, {true, false}, {false, true}, {true, true}}) {
-        SCOPED_TRACE(at);
-        const Tessellation& stored = content.tessellations[at++];
-        const auto given = StripMesh(arrays);
-        EXPECT_EQ(Flat(stored.points), given->coordinates);
-        EXPECT_EQ(Flat(stored.normals), given->normalCoordinates);
-        EXPECT_EQ(Flat(stored.textureCoordinates), given->textureCoordinates);
-        EXPECT_EQ(stored.indices, given->triangulatedIndex);
-        EXPECT_EQ(stored.mustRecalculateNormals, !arrays.normals);
-        EXPECT_EQ(stored.creaseAngleInDegrees, 0.0);
-        ASSERT_EQ(stored.faces.size(), 1U);
-        EXPECT_EQ(stored.faces[0].textured, arrays.texture);
-        EXPECT_EQ(stored.faces[0].triangleCount, 3U);
-        EXPECT_EQ(stored.faces[0].style, std::nullopt);
-    }
-}
 
 TEST_F(Tessellations, SeveralFacesFollowEachOtherWithTheirOwnStyles)
 {
@@ -130,17 +96,6 @@ TEST_F(Tessellations, CornersMayHaveColoursWithOrWithoutAlpha)
     EXPECT_EQ(content.tessellations.at(0).faces.at(0).vertexColours, rgb);
     EXPECT_EQ(content.tessellations.at(1).faces.at(0).colourComponents, 4U);
     EXPECT_EQ(content.tessellations.at(1).faces.at(0).vertexColours, rgba);
-}
-
-TEST_F(Tessellations, WithoutTrianglesTheyStayInTheFile)
-{
-    auto mesh = StripMesh();
-    mesh->triangulatedIndex.clear();
-    mesh->faceTessellation[0]->sizesTriangulated = {0};
-    file.useMesh(Add(file, std::move(mesh)), 0, nullptr);
-    const PRCContent content = Finish();
-    EXPECT_EQ(content.tessellations.at(0).faces.at(0).triangleCount, 0U);
-    EXPECT_EQ(content.tessellations.at(0).points.size(), 5U);
 }
 
 /// A mesh that add3DTess has to refuse.

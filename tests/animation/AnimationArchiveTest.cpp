@@ -4,16 +4,11 @@
 #include "animation/COrvelSequenceContainer.h"
 #include "platform/core/COrvelArchiveReader.h"
 #include "platform/core/COrvelArchiveWriter.h"
-#include "platform/core/COrvelBasicMetallicMaterial.h"
 #include "platform/core/COrvelDocumentsContainer.h"
-#include "platform/core/COrvelLight.h"
-#include "platform/core/COrvelLightSource.h"
-#include "platform/core/COrvelLinePath.h"
 #include "tests/animation/KeyFrameFixture.h"
+#include "tests/animation/RandomTimeline.h"
 
 #include <gmock/gmock.h>
-
-#include <random>
 
 namespace Orvel
 {
@@ -24,8 +19,6 @@ namespace
 using testing::ElementsAre;
 using Bytes = std::vector<std::uint8_t>;
 using Numbers = std::vector<double>;
-
-constexpr int typeCount = 10;
 
 void Append(Numbers& numbers, double value)
 {
@@ -93,115 +86,13 @@ Numbers ContentOf(const COrvelKeyFrameData& data)
 class AnimationArchive : public KeyFrames
 {
 protected:
-    AnimationArchive()
-    {
-        COrvelLightSource::Create(&document, "source", lamp);
-        for (COrvelTransform*& one : transforms)
-            one = COrvelTransform::Create(&document);
-    }
     ~AnimationArchive() override { Forget(); }
 
-    int Integer(int from, int to) { return std::uniform_int_distribution(from, to)(random); }
-    double Real() { return std::uniform_real_distribution(-9.0, 9.0)(random); }
-    COrvel3DVertex Point() { return {Real(), Real(), Real()}; }
-    COrvelMatrix Matrix()
-    {
-        return COrvelMatrix().DefineByRotation(Real(), Point()) * COrvelMatrix::CreateTranslation(Point());
-    }
-    COrvelBasicVectorsTable Shape() { return COrvelBasicVectorsTable({Point(), Point()}); }
-
-    COrvelKeyFrameData* MakeCamera(Camera* camera)
-    {
-        camera->SetStoredMatrix(Matrix());
-        camera->SetDistanceToTarget(Real());
-        camera->SetAngleInDegrees(Real());
-        camera->SetDescends(Integer(0, 1) == 1);
-        camera->SetUsesCameraBlend(Integer(0, 1) == 1);
-        camera->SetFieldOfView(Integer(2, 170));
-        camera->SetDOF(Integer(0, 1) == 1, Real(), Real());
-        if (auto* const grid = dynamic_cast<Grid*>(camera)) {
-            grid->SetGridType(Integer(0, 2));
-            grid->SetRows(Integer(1, 5));
-            grid->SetColumns(Integer(1, 5));
-            grid->SetVerticalWrap(Integer(0, 1) == 1);
-            grid->SetCentre(Point());
-        } else {
-            camera->SetOrbit(Integer(0, 1) == 1);
-        }
-        return camera;
-    }
-
-    COrvelKeyFrameData* Make(int type)
-    {
-        const COrvelID& moved = transforms[type]->ID();
-        switch (type) {
-        case eKeyFrameDataType_Material: {
-            COrvelBasicMetallicMaterial metal;
-            metal.SetName("größe");
-            metal.SetRoughness(Real());
-            return Material::CreateMaterialKeyFrameData(steel, Integer(0, 3) ? &metal : nullptr, steel);
-        }
-        case eKeyFrameDataType_Light: {
-            COrvelBasicSpotLight spot;
-            spot.SetIntensity(Real());
-            return Light::CreateLightKeyFrameData(lamp->ID(), Integer(0, 3) ? &spot : nullptr, lamp->ID());
-        }
-        case eKeyFrameDataType_TransformCamera:
-            return MakeCamera(Camera::CreateCameraKeyFrameData(moved, COrvelBasicCamera()));
-        case eKeyFrameDataType_TransformSphericalCamera:
-            return MakeCamera(Grid::CreateSphericalCameraKeyFrameData(moved, COrvelBasicCamera()));
-        case eKeyFrameDataType_TransformRoundTable:
-            return Table::CreateRoundTableKeyFrameData(moved, Matrix(), Matrix(), 0, 0, Real(), Point(), Point(), 0, 0,
-                                                       0, 0);
-        case eKeyFrameDataType_TransformBSplineFollower: {
-            auto* const follower = Follower::CreateBSplineFollowerKeyFrameData(moved);
-            follower->SetBaseMatrix(Matrix());
-            follower->SetOffsetMatrix(Matrix());
-            follower->SetReferenceMatrix(Matrix());
-            follower->SetPathID(path->ID());
-            follower->SetFollowedNodeID(node->ID());
-            return follower;
-        }
-        case eKeyFrameDataType_Vertices: {
-            auto* const shape = Vertices::CreateVerticesKeyFrameData({256, 1000003}, nullptr);
-            for (int k = Integer(1, 4); k > 0; --k)
-                shape->AddTable(Integer(0, 3) ? std::make_unique<COrvelBasicVectorsTable>(Shape()) : nullptr);
-            return shape;
-        }
-        case eKeyFrameDataType_HideShow:
-            return HideShow::CreateHideShowKeyFrameData(node->ID(), Integer(0, 1) == 1);
-        case eKeyFrameDataType_Morph:
-            return Morph::CreateMorphKeyFrameData({1073741824, 1000005}, {1, 1000007}, Real());
-        default:
-            return Plain::CreateTransformKeyFrameData(moved, Matrix());
-        }
-    }
-
-    /// Data of every type for different entities, one behind the other.
     void Fill(COrvelKeyFrameManager& timeline, int dataPerType)
     {
-        for (int type = 0; type < typeCount; ++type) {
-            int start = Integer(0, 5);
-            for (int k = 0; k < dataPerType; ++k) {
-                DataPtr data = Over(start, start + Integer(0, 9), Make(type));
-                data->SetWorkingFrame(start + Integer(0, 3));
-                data->SetConstantSpeedStartFrame(start + Integer(0, 9));
-                data->SetEaseIn(Integer(0, 3));
-                data->SetEaseOut(Integer(0, 3));
-                if (auto* const transformData = dynamic_cast<Plain*>(data.Get()))
-                    transformData->SetPivot(Point());
-                timeline.AddKeyFrameData(data, true);
-                start = data->EndFrame() + Integer(1, 9);
-            }
-        }
-        timeline.SetCurrentFrame(Integer(0, 50));
-        KeyFrameDataList all;
-        timeline.ListAllKeyFrameData(all);
-        all.resize(all.size() / 2);
-        for (const DataPtr& data : all) {
-            data->SetOwnerGuid(node->GetGuid());
-            data->SetCollapsingGroupID(group);
-        }
+        for (int type = 0; type < RandomTimeline::typeCount; ++type)
+            scene.Fill(timeline, type, dataPerType, group);
+        timeline.SetCurrentFrame(scene.Integer(0, 50));
     }
 
     void FillEverything(int dataPerType)
@@ -214,8 +105,8 @@ protected:
         for (int k = 0; k < 2; ++k) {
             COrvelSequence* const sequence = COrvelSequence::Create();
             Fill(*sequence, dataPerType);
-            sequence->SetOrderIndex(Integer(1, 99));
-            sequence->SetDuration(Real());
+            sequence->SetOrderIndex(scene.Integer(1, 99));
+            sequence->SetDuration(scene.Real());
             sequence->SetPreviewImage(COrvelTexture("folder/picture.png"));
         }
         shown->AddSequence(Sequences().front());
@@ -273,12 +164,7 @@ protected:
         container->Reset();
     }
 
-    std::mt19937_64 random{20};
-    COrvelTransform* transforms[typeCount] = {};
-    COrvelID steel{4, 1000001};
-    COrvelLight* lamp = COrvelLight::Create(&document, "lamp");
-    COrvelLinePath* path = COrvelLinePath::Create(&document, "path");
-    COrvelSceneNode* node = COrvelSceneNode::Create(&document, "node");
+    RandomTimeline scene;
     COrvelUUID group;
     COrvelSequenceContainer* container = COrvelSequenceContainer::Instance();
     COrvelAnimationCollapsingGroupGuidToCaptionMapper* captions =
@@ -303,7 +189,7 @@ TEST_F(AnimationArchive, BringsBackTimelinesSequencesGroupsAndCaptions)
         EXPECT_EQ(container->SelectedGroup(), container->Groups().begin()->second.get());
         EXPECT_EQ(container->Text(), "Default");
         EXPECT_TRUE(container->HostSequences().empty());
-        EXPECT_EQ(manager->ResolveAlias(transforms[0]->ID()), transforms[0]->ID());
+        EXPECT_EQ(manager->ResolveAlias(scene.transforms[0]->ID()), scene.transforms[0]->ID());
         KeyFrameDataList read;
         manager->ListReadKeyFrameDataOfType(eKeyFrameDataType_Light, read);
         EXPECT_EQ(read.size(), static_cast<std::size_t>(1 + round));
@@ -331,14 +217,14 @@ TEST_F(AnimationArchive, SurvivesDamage)
     int readable = 0;
     for (int round = 0; round < 2000; ++round) {
         Bytes damaged = bytes;
-        for (int k = Integer(1, 3); k > 0; --k)
-            damaged[static_cast<std::size_t>(Integer(0, static_cast<int>(bytes.size()) - 1))] =
-                static_cast<std::uint8_t>(Integer(0, 255));
+        for (int k = scene.Integer(1, 3); k > 0; --k)
+            damaged[static_cast<std::size_t>(scene.Integer(0, static_cast<int>(bytes.size()) - 1))] =
+                static_cast<std::uint8_t>(scene.Integer(0, 255));
         readable += Read(damaged) ? 1 : 0;
         std::vector<COrvelID> ids;
         manager->ListAnimatedIDs(ids);
         for (const COrvelID& animated : ids)
-            manager->KeyFrameDataAtFrame(animated, Integer(0, 40));
+            manager->KeyFrameDataAtFrame(animated, scene.Integer(0, 40));
         Forget();
     }
     EXPECT_GT(readable, 500) << "most bytes are numbers of which any is as good";
@@ -348,7 +234,7 @@ TEST_F(AnimationArchive, SurvivesDamage)
 TEST_F(AnimationArchive, NumbersDataWithoutHolesOnlyWhileItIsWritten)
 {
     const auto add = [this](int start, int number) {
-        DataPtr data = Over(start, start, Make(eKeyFrameDataType_TransformBSplineFollower));
+        DataPtr data = Over(start, start, scene.Make(eKeyFrameDataType_TransformBSplineFollower));
         data->SetSequenceNumber(number);
         manager->AddKeyFrameData(data, false);
         return data;
@@ -380,21 +266,21 @@ TEST_F(AnimationArchive, HangsGroupsFromEntitiesThatLive)
     COrvelUUID old;
     old.Generate();
     group.Generate();
-    const DataPtr data = Store(2, 3, Make(eKeyFrameDataType_Transform));
+    const DataPtr data = Store(2, 3, scene.Make(eKeyFrameDataType_Transform));
     data->SetCollapsingGroupID(group);
     data->SetOwnerGuid(old);
     const Bytes bytes = Write();
     const auto readOwner = [&] {
         Forget();
         EXPECT_TRUE(Read(bytes));
-        const auto read = manager->StoredKeyFrameDataAtFrame(transforms[0]->ID(), 2);
+        const auto read = manager->StoredKeyFrameDataAtFrame(scene.transforms[0]->ID(), 2);
         EXPECT_EQ(read->CollapsingGroupID(), group);
         return read->OwnerGuid();
     };
     EXPECT_EQ(readOwner(), COrvelUUID()) << "nobody has that GUID any more";
-    COrvelDocumentsContainer::DocumentsContainer()->AddReplacedUUID(old, node->GetGuid());
-    EXPECT_EQ(readOwner(), node->GetGuid());
-    path->SetGuid(old);
+    COrvelDocumentsContainer::DocumentsContainer()->AddReplacedUUID(old, scene.object->GetGuid());
+    EXPECT_EQ(readOwner(), scene.object->GetGuid());
+    scene.path->SetGuid(old);
     EXPECT_EQ(readOwner(), old) << "the GUID itself comes first";
 }
 
@@ -403,8 +289,8 @@ TEST_F(AnimationArchive, TranslatesIdsOfTimelinesAndSequences)
     FillEverything(1);
     const Bytes bytes = Write();
     Forget();
-    const COrvelID fresh = COrvelTransform::Create(&document)->ID();
-    COrvelDocumentsContainer::DocumentsContainer()->AddTranslatedID(transforms[0]->ID(), fresh);
+    const COrvelID fresh = NewTransform();
+    COrvelDocumentsContainer::DocumentsContainer()->AddTranslatedID(scene.transforms[0]->ID(), fresh);
     ASSERT_TRUE(Read(bytes));
     std::vector<COrvelKeyFrameManager*> timelines{manager};
     for (COrvelSequence* const sequence : Sequences())
@@ -428,7 +314,8 @@ TEST_F(AnimationArchive, KeepsSnapshots)
     read.SetKeyFrameData(Over(0, 0, HideShow::CreateHideShowKeyFrameData({8, 1000011}, true)));
     COrvelArchiveReader reader(archive.Bytes());
     ASSERT_TRUE(read.ReadFromArchive(reader) && reader.IsAtEnd());
-    ASSERT_EQ(read.KeyFrameData().size(), static_cast<std::size_t>(typeCount)) << "what was there before is gone";
+    ASSERT_EQ(read.KeyFrameData().size(), static_cast<std::size_t>(RandomTimeline::typeCount))
+        << "what was there before is gone";
     for (const auto& [entity, data] : written.KeyFrameData())
         EXPECT_EQ(ContentOf(*read.KeyFrameData().at(entity)), ContentOf(*data));
     Bytes unknownType = archive.Bytes();

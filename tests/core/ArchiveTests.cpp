@@ -6,13 +6,16 @@
 #include "platform/core/COrvelID.h"
 #include "platform/core/COrvelNormal.h"
 #include "platform/core/COrvelUUID.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
 #include <cmath>
+#include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 
 namespace Orvel
@@ -22,7 +25,6 @@ namespace
 {
 
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 using Bytes = std::vector<std::uint8_t>;
 
 TEST(Archive, StoresPrimitivesInLittleEndianOrder)
@@ -149,45 +151,38 @@ TEST(Archive, TranslatesIdsWhileTheReadingModeIsOn)
 class ArchiveFile : public testing::Test
 {
 protected:
-    ArchiveFile() { std::filesystem::create_directories(folder); }
-    ~ArchiveFile() override { std::filesystem::remove_all(folder); }
-
-    Bytes Content() const
-    {
-        std::ifstream stream(name.toStdString(), std::ios::binary);
-        return Bytes(std::istreambuf_iterator<char>(stream), {});
-    }
-    std::ptrdiff_t FilesInFolder() const
-    {
-        return std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator());
-    }
     bool Write(Values values, bool commit)
     {
         COrvelArchiveWriter writer(name);
         return writer.WriteHeader() && writer.ReadWrite(values) && commit && writer.Commit();
     }
 
-    std::filesystem::path folder =
-        std::filesystem::path(testing::TempDir()) /
-        ("archive-" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
-    COrvelString name = (folder / "größe.orvelanim").string().c_str();
+    Orvel::Test::TemporaryFolder folder;
+    COrvelString name{folder / "größe.orvelanim"};
 };
 
 TEST_F(ArchiveFile, IsReplacedOnlyByACompleteOne)
 {
     ASSERT_TRUE(Write({}, true));
-    const Bytes small = Content();
+    const auto small = std::filesystem::file_size(name.toStdString());
     Values large = Filled();
     large.table.Assign(std::vector<COrvel3DVertex>(5000, {2, 3, 5})); // beyond every buffer
     EXPECT_FALSE(Write(large, false));
-    EXPECT_EQ(Content(), small);
+    const rlimit room{60'000, RLIM_INFINITY};
+    rlimit before{};
+    std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_TRUE(getrlimit(RLIMIT_FSIZE, &before) == 0 && setrlimit(RLIMIT_FSIZE, &room) == 0);
+    EXPECT_FALSE(Write(large, true)) << "as on a full disk";
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
+    EXPECT_THAT(folder.Names(), ElementsAre("größe.orvelanim"));
+    EXPECT_EQ(std::filesystem::file_size(name.toStdString()), small);
     namespace fs = std::filesystem;
     fs::permissions(name.toStdString(), fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
     const COrvelString target = name;
-    name = (folder / "link").string().c_str();
+    name = COrvelString(folder / "link");
     fs::create_symlink(target.toStdString(), name.toStdString());
     ASSERT_TRUE(Write(large, true));
-    EXPECT_EQ(FilesInFolder(), 2) << "the file and the link to it";
+    EXPECT_THAT(folder.Names(), ElementsAre("größe.orvelanim", "link"));
     EXPECT_TRUE(fs::is_symlink(name.toStdString()));
     EXPECT_EQ(fs::status(target.toStdString()).permissions(),
               fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);

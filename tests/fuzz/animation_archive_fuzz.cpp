@@ -1,12 +1,11 @@
 #include "animation/COrvelAnimationCollapsingGroupGuidToCaptionMapper.h"
 #include "animation/COrvelKeyFrame.h"
-#include "animation/COrvelKeyFrameManager.h"
 #include "animation/COrvelSequence.h"
 #include "animation/COrvelSequenceContainer.h"
 #include "platform/core/COrvelArchiveReader.h"
 #include "platform/core/COrvelArchiveWriter.h"
 #include "platform/core/COrvelDocumentsContainer.h"
-#include "tests/fuzz/AnimatedScene.h"
+#include "tests/animation/RandomTimeline.h"
 
 #include <cstdlib>
 #include <memory>
@@ -78,7 +77,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static const AnimatedScene* const scene = new AnimatedScene;
+    // The entities that the seeds name.
+    static const RandomTimeline* const scene = new RandomTimeline;
     static_cast<void>(scene);
     COrvelArchiveReader archive(std::span(data, size));
     if (!archive.ReadHeader())

@@ -109,6 +109,10 @@ inline std::uint32_t BitReader::readUnsignedInteger()
     constexpr std::uint64_t marks = std::uint64_t{1} << 63 | std::uint64_t{1} << 54 | std::uint64_t{1} << 45 |
                                     std::uint64_t{1} << 36 | std::uint64_t{1} << 27;
     const std::uint64_t bits = window();
+    if (bits >> 63 == 0) { // zeros are most of what the tree holds
+        advance(1);
+        return 0;
+    }
     const std::uint64_t ends = ~bits & marks;
     if (ends == 0) [[unlikely]] {
         fail("a whole number has at most four bytes");

@@ -13,7 +13,6 @@
 #include <cstdint>
 #include <span>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace prc
@@ -63,10 +62,9 @@ public:
         const std::uint32_t count = readCount(minimumBits, sizeof(Entry), what);
         entries.reserve(count); // no more than has been charged
         for (std::uint32_t number = 0; number < count && ok(); ++number) {
-            Entry entry;
-            read(entry);
-            if (ok())
-                entries.push_back(std::move(entry));
+            read(entries.emplace_back());
+            if (!ok())
+                entries.pop_back();
         }
     }
 

@@ -3,7 +3,7 @@
 #include "platform/prcfile/FaceRuns.h"
 
 #include <optional>
-#include <utility>
+#include <vector>
 
 namespace prc
 {
@@ -191,6 +191,24 @@ void checkFaces(Tessellation& mesh, std::size_t number, Findings& findings)
                       " cannot be used: wrong indices or sizes, or polygons");
 }
 
+/// Kinds of tessellations that are named in the model, though nothing of them is read.
+bool isOnlyNamed(EntityType type)
+{
+    return type == EntityType::Tessellation3DCompressed || type == EntityType::Tessellation3DWire ||
+           type == EntityType::TessellationMarkup;
+}
+
+void readTessellation(SectionReader& section, Tessellation& mesh, std::uint32_t number, std::uint32_t count)
+{
+    const std::uint32_t type = section.readEntityType();
+    mesh.type = static_cast<EntityType>(type);
+    if (mesh.type == EntityType::Tessellation3D)
+        readMesh(section, mesh);
+    else
+        section.fail("tessellation " + std::to_string(number) + " of " + std::to_string(count) + " is " +
+                     entityTypeName(type) + ", which is not decoded; neither is what follows it");
+}
+
 } // namespace
 
 void readTessellations(SectionReader& section, Model::FileStructure& structure, Findings& findings)
@@ -199,30 +217,18 @@ void readTessellations(SectionReader& section, Model::FileStructure& structure, 
     if (!section.expectEntity(EntityType::FileStructureTessellation, "the tessellations"))
         return;
     section.readContentBase();
+    std::vector<Tessellation>& meshes = structure.tessellations;
     const std::uint32_t count = section.readCount(tessellationBits, sizeof(Tessellation), "tessellations");
     structure.announcedTessellations = count;
-    structure.tessellations.reserve(count); // no more than has been charged
+    meshes.reserve(count); // no more than has been charged
     for (std::uint32_t number = 0; number < count; ++number) {
-        Tessellation mesh;
-        const std::uint32_t type = section.readEntityType();
-        mesh.type = static_cast<EntityType>(type);
-        if (!section.ok())
-            return;
-        if (mesh.type != EntityType::Tessellation3D) {
-            const bool isKnown = mesh.type == EntityType::Tessellation3DCompressed ||
-                                 mesh.type == EntityType::Tessellation3DWire ||
-                                 mesh.type == EntityType::TessellationMarkup;
-            if (isKnown)
-                structure.tessellations.push_back(std::move(mesh));
-            section.fail("tessellation " + std::to_string(number) + " of " + std::to_string(count) + " is " +
-                         entityTypeName(type) + ", which is not decoded; neither is what follows it");
+        readTessellation(section, meshes.emplace_back(), number, count);
+        if (!section.ok()) {
+            if (!isOnlyNamed(meshes.back().type))
+                meshes.pop_back();
             return;
         }
-        readMesh(section, mesh);
-        if (!section.ok())
-            return;
-        checkFaces(mesh, number, findings);
-        structure.tessellations.push_back(std::move(mesh));
+        checkFaces(meshes.back(), number, findings);
     }
     section.readAddedFields(EntityType::FileStructureTessellation);
     // Some writers leave out the user data here; the padding of the last byte then reads as "none".

@@ -1,6 +1,5 @@
 #include "platform/prcfile/TreeReader.h"
 
-#include <utility>
 #include <vector>
 
 namespace prc
@@ -163,14 +162,12 @@ void TreeSectionReader::readItems(Part& part)
             continue;
         }
         --open.back().left;
-        RepresentationItem item;
+        RepresentationItem& item = part.items.emplace_back();
         item.set = open.back().number;
         const std::uint32_t members = readItem(item);
         if (!section.ok())
             return;
-        const bool isSet = item.type == EntityType::Set;
-        part.items.push_back(std::move(item));
-        if (!isSet)
+        if (item.type != EntityType::Set)
             continue;
         if (open.size() > deepestSets) {
             section.fail("sets are nested deeper than " + std::to_string(deepestSets) + " levels");

@@ -8,15 +8,14 @@
 #include "tool/cli/Supervisor.h"
 #include "tool/cli/TemporaryFolder.h"
 #include "tool/cli/Text.h"
+#include "tool/cli/WriteScene.h"
 #include "tool/import/ImportReport.h"
 #include "tool/import/LoadDocument.h"
-#include "writer/COrvelPRCWriter.h"
 
 #include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -28,7 +27,8 @@ namespace
 
 using Clock = std::chrono::steady_clock;
 
-constexpr const char* Extension = ".prc";
+constexpr const char* PrcExtension = ".prc";
+constexpr const char* RecordExtension = ".json";
 
 std::string AxisName(Import::UpAxis axis)
 {
@@ -65,23 +65,8 @@ ExportSummary SummaryOf(const Import::BuildSummary& built)
     return summary;
 }
 
-void WritePrc(COrvelDocument& document, const std::string& file, const ExportOptions& options)
-{
-    COrvelPRCWriter writer;
-    writer.SetMaximumTextureSize(options.maximumTextureSize);
-    bool written = false;
-    try {
-        written = writer.Export(&document, COrvelString(file), nullptr, nullptr, nullptr, nullptr, COrvelUnit());
-    } catch (const std::system_error& error) {
-        // The name of the file would tell the user nothing: it is the one that takes the output's place meanwhile.
-        throw CannotWrite(options.output, error.code().message());
-    }
-    if (!written)
-        throw Failure("the scene could not be written");
-}
-
 /// The work of the supervised process.
-nlohmann::json ImportAndWrite(const ExportOptions& options, const Import::LoadOptions& load, const std::string& file,
+nlohmann::json ImportAndWrite(const ExportOptions& options, const Import::LoadOptions& load, const ExportFiles& files,
                               const WorkReporter& reporter)
 {
     Import::ImportReport report;
@@ -90,16 +75,14 @@ nlohmann::json ImportAndWrite(const ExportOptions& options, const Import::LoadOp
     report.CountLeftOut("animation", "animations", loaded.clips.size());
     SendWarnings(reporter, report.Warnings(), options.strict);
     reporter.Stage("writing the file");
-    WritePrc(*loaded.document, file, options);
+    WriteScene(loaded, files, options);
     return SummaryOf(loaded.summary);
 }
 
 ExportSummary RunWork(const ExportOptions& options, const InputFile& input, const Import::LoadOptions& load,
-                      const OutputTarget& target, const SignalWatch& signals, CommandListener& listener)
+                      const ExportFiles& files, const SignalWatch& signals, CommandListener& listener)
 {
-    const Work work = [&](const WorkReporter& reporter) {
-        return ImportAndWrite(options, load, target.FileToWrite(), reporter);
-    };
+    const Work work = [&](const WorkReporter& reporter) { return ImportAndWrite(options, load, files, reporter); };
     try {
         return RunSupervised(work, LimitsFor(options.limits, input.size), signals, listener).get<ExportSummary>();
     } catch (const Failure& failure) {
@@ -138,14 +121,21 @@ void RunExport(const ExportOptions& options)
         const SignalWatch signals;
         const InputFile input = ExamineInput(options.scene);
         const TemporaryFolder temporary;
-        const auto target = OutputTarget::Open(options.output, Extension, input, options.existing, temporary.Path());
+        const auto open = [&](const std::string& name, const char* extension) {
+            return OutputTarget::Open(name, extension, input, options.existing, temporary.Path());
+        };
+        const auto target = open(options.output, PrcExtension);
+        const auto record = options.record.empty() ? nullptr : open(options.record, RecordExtension);
+        const ExportFiles files{target->FileToWrite(), record ? record->FileToWrite() : std::string()};
         Import::LoadOptions load = options.load;
         load.temporaryFolder = temporary.Path();
         load.largestTextureSide = static_cast<std::uint32_t>(options.maximumTextureSize);
         CommandListener listener(options.quiet);
-        summary = RunWork(options, input, load, *target, signals, listener);
+        summary = RunWork(options, input, load, files, signals, listener);
         listener.EndProgress();
         summary.bytes = target->Deliver(signals);
+        if (record)
+            record->Deliver(signals);
         summary.warnings = std::move(listener.warnings);
         stdoutIsTaken = target->IsStandardOutput();
     }

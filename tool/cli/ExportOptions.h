@@ -14,6 +14,7 @@ struct ExportOptions
 {
     std::string scene;
     std::string output;
+    std::string record;            ///< file for the record of the export; empty: none
     Import::LoadOptions load;      ///< without its temporary folder
     int maximumTextureSize = 1024; ///< pixels, 1 or more, of the larger side
     ExistingFile existing = ExistingFile::Replace;

@@ -59,6 +59,10 @@ void AddExportCommand(CLI::App& program, Command& chosen)
     AddChoice<bool>(command, "--format", parsed->formatIsGiven, {{"prc", true}},
                     "Format of OUT, whatever its name: prc")
         ->type_name("FORMAT");
+    command
+        .add_option("--record", options.record,
+                    "Write to FILE, as JSON, what drives a viewer: node and material numbers, variants, animation")
+        ->type_name("FILE");
     AddImportOptions(command, options.load);
     command
         .add_option("--max-texture", options.maximumTextureSize,
@@ -74,6 +78,8 @@ void AddExportCommand(CLI::App& program, Command& chosen)
         if (parsed->options.output.empty())
             throw UsageError("the name of the output is empty");
         CheckExportFormat(*parsed);
+        if (parsed->options.record == parsed->options.output)
+            throw UsageError("the record and the output are the same file");
         chosen = std::move(parsed->options);
     });
 }

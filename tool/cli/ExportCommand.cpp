@@ -1,5 +1,6 @@
 #include "tool/cli/ExportCommand.h"
 
+#include "tool/animation/AnimatedScene.h"
 #include "tool/cli/CommandListener.h"
 #include "tool/cli/Console.h"
 #include "tool/cli/Errors.h"
@@ -15,6 +16,7 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -72,10 +74,16 @@ nlohmann::json ImportAndWrite(const ExportOptions& options, const Import::LoadOp
     Import::ImportReport report;
     reporter.Stage("reading the scene");
     const Import::LoadedDocument loaded = Import::LoadDocument(options.scene, load, report);
-    report.CountLeftOut("animation", "animations", loaded.clips.size());
+    std::optional<Animate::AnimatedScene> animated;
+    if (files.record.empty()) {
+        report.CountLeftOut("animation", "animations", loaded.clips.size());
+    } else {
+        reporter.Stage("sampling the animation");
+        animated = Animate::MakeAnimatedScene(loaded, options.animation, report);
+    }
     SendWarnings(reporter, report.Warnings(), options.strict);
     reporter.Stage("writing the file");
-    WriteScene(loaded, files, options);
+    WriteScene(*loaded.document, animated ? &*animated : nullptr, files, options);
     return SummaryOf(loaded.summary);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tool/animation/AnimatedScene.h"
 #include "tool/cli/OutputTarget.h"
 #include "tool/cli/WorkLimits.h"
 #include "tool/import/LoadDocument.h"
@@ -14,9 +15,10 @@ struct ExportOptions
 {
     std::string scene;
     std::string output;
-    std::string record;            ///< file for the record of the export; empty: none
-    Import::LoadOptions load;      ///< without its temporary folder
-    int maximumTextureSize = 1024; ///< pixels, 1 or more, of the larger side
+    std::string record;                  ///< file for the record of the export; empty: none
+    Import::LoadOptions load;            ///< without its temporary folder
+    Animate::AnimationOptions animation; ///< of what goes into the record
+    int maximumTextureSize = 1024;       ///< pixels, 1 or more, of the larger side
     ExistingFile existing = ExistingFile::Replace;
     LimitOptions limits;
     bool quiet = false;  ///< neither warnings nor progress nor the summary as text

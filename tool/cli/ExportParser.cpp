@@ -42,6 +42,23 @@ void CheckExportFormat(const Parsed& parsed)
             throw UsageError("cannot write '" + extension + "' files ('--format prc' writes PRC under this name)");
 }
 
+void AddAnimationOptions(CLI::App& command, Animate::AnimationOptions& animation)
+{
+    command
+        .add_option("--fps", animation.framesPerSecond,
+                    "Sample animations of the scene at N frames a second (default: 24)")
+        ->type_name("N")
+        ->check(Number("a number above 0", [](double frames) { return frames > 0.0 && frames <= 1e6; }));
+    command.add_option("--clip", animation.clip, "Which animation becomes the timeline (default: the first)")
+        ->type_name("NAME");
+    command.add_option("--camera", animation.camera, "Which camera is the active one (default: the first that moves)")
+        ->type_name("NAME");
+    command
+        .add_option("--max-frames", animation.mostFrames, "Refuse animations of more than N frames (default: 100000)")
+        ->type_name("N")
+        ->check(Number("a number of frames, 1 or more", [](double frames) { return frames >= 1.0 && frames < 2e9; }));
+}
+
 } // namespace
 
 void AddExportCommand(CLI::App& program, Command& chosen)
@@ -63,6 +80,7 @@ void AddExportCommand(CLI::App& program, Command& chosen)
         .add_option("--record", options.record,
                     "Write to FILE, as JSON, what drives a viewer: node and material numbers, variants, animation")
         ->type_name("FILE");
+    AddAnimationOptions(command, options.animation);
     AddImportOptions(command, options.load);
     command
         .add_option("--max-texture", options.maximumTextureSize,

@@ -1,6 +1,7 @@
 #include "tool/cli/WriteScene.h"
 
 #include "mapping/COrvelPRCMapper.h"
+#include "platform/core/COrvelCamera.h"
 #include "tool/cli/Errors.h"
 #include "tool/cli/OutputTarget.h"
 #include "tool/record/ExportRecord.h"
@@ -26,32 +27,53 @@ void WriteRecordFile(const COrvelPRCMapper& mapper, const Record::RunFacts& fact
         throw CannotWrite(options.record, std::generic_category().message(errno));
 }
 
-/// @param mapper null: nobody reads what an animated run would record and add to the file.
-bool Export(COrvelPRCWriter& writer, COrvelDocument& document, const COrvelString& file, COrvelPRCMapper* mapper)
+Record::RunFacts FactsOf(const Animate::AnimatedScene& animated, const ExportOptions& options)
 {
-    if (!mapper)
-        return writer.Export(&document, file, nullptr, nullptr, nullptr, nullptr, COrvelUnit());
-    writer.SetPRCMapper(mapper);
-    return writer.ExportToMemory(&document, file, nullptr, nullptr, nullptr);
+    Record::RunFacts facts;
+    facts.clip = animated.timelineClip;
+    if (animated.camera)
+        facts.camera = animated.camera->Name().toStdString();
+    facts.framesPerSecond = options.animation.framesPerSecond;
+    facts.lastFrame = animated.manager->LastFrame();
+    return facts;
 }
 
-} // namespace
-
-void WriteScene(const Import::LoadedDocument& loaded, const ExportFiles& files, const ExportOptions& options)
+void WriteOutput(COrvelPRCWriter& writer, COrvelDocument& document, COrvelPRCMapper* mapper, const ExportFiles& files,
+                 const ExportOptions& options)
 {
-    const bool wantsRecord = !files.record.empty();
-    COrvelPRCMapper mapper;
-    COrvelPRCWriter writer;
-    writer.SetMaximumTextureSize(options.maximumTextureSize);
+    const COrvelString file(files.output.c_str());
+    bool written = false;
     try {
-        if (!Export(writer, *loaded.document, COrvelString(files.output.c_str()), wantsRecord ? &mapper : nullptr))
-            throw Failure("the scene could not be written");
+        if (mapper) {
+            writer.SetPRCMapper(mapper);
+            written = writer.ExportToMemory(&document, file, nullptr, nullptr, nullptr);
+        } else {
+            written = writer.Export(&document, file, nullptr, nullptr, nullptr, nullptr, COrvelUnit());
+        }
     } catch (const std::system_error& error) {
         // The name of the file would tell the user nothing: it is the one that takes the output's place meanwhile.
         throw CannotWrite(options.output, error.code().message());
     }
-    if (wantsRecord)
-        WriteRecordFile(mapper, {}, files, options);
+    if (!written)
+        throw Failure("the scene could not be written");
+}
+
+} // namespace
+
+void WriteScene(COrvelDocument& document, Animate::AnimatedScene* animated, const ExportFiles& files,
+                const ExportOptions& options)
+{
+    COrvelPRCWriter writer;
+    writer.SetMaximumTextureSize(options.maximumTextureSize);
+    if (!animated) {
+        WriteOutput(writer, document, nullptr, files, options);
+        return;
+    }
+    const Record::RunFacts facts = FactsOf(*animated, options);
+    writer.SetKeyFrameManager(animated->manager.release());
+    COrvelPRCMapper mapper;
+    WriteOutput(writer, document, &mapper, files, options);
+    WriteRecordFile(mapper, facts, files, options);
 }
 
 } // namespace Orvel::Cli

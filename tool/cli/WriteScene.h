@@ -1,9 +1,13 @@
 #pragma once
 
 #include "tool/cli/ExportOptions.h"
-#include "tool/import/LoadDocument.h"
 
 #include <string>
+
+namespace Orvel
+{
+class COrvelDocument;
+}
 
 namespace Orvel::Cli
 {
@@ -15,8 +19,13 @@ struct ExportFiles
     std::string record; ///< empty: none
 };
 
-/// Writes a document, and the record if one is asked for.
+/// Writes a document.
+///
+/// @param animated what the record shows: the animated run writes both files. Its manager is handed to the process.
+/// Null:
+///                 the plain run writes the output alone.
 /// @throws Failure when a file cannot be written.
-void WriteScene(const Import::LoadedDocument& loaded, const ExportFiles& files, const ExportOptions& options);
+void WriteScene(COrvelDocument& document, Animate::AnimatedScene* animated, const ExportFiles& files,
+                const ExportOptions& options);
 
 } // namespace Orvel::Cli

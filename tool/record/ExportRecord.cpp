@@ -63,6 +63,11 @@ private:
     bool first = true;
 };
 
+Json NameOrNull(const std::string& name)
+{
+    return name.empty() ? Json() : Json(name);
+}
+
 /// Names from the root down to the node.
 Json PathOf(COrvelSceneNode* node)
 {
@@ -128,6 +133,8 @@ void WriteRecord(const COrvelPRCMapper& mapper, const RunFacts& facts, std::ostr
     RecordWriter writer(out);
     writer.Member("record", "orvelprc export");
     writer.Member("version", RecordVersion);
+    writer.Member("clip", NameOrNull(facts.clip));
+    writer.Member("camera", NameOrNull(facts.camera));
     writer.Member("framesPerSecond", facts.framesPerSecond);
     writer.Member("lastFrame", facts.lastFrame);
     writer.ListOf("nodes", nodes, [&](const auto& entry) { return NodeElement(mapper, entry.first, entry.second); });

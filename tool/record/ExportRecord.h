@@ -19,6 +19,8 @@ inline constexpr int RecordVersion = 1;
 /// What is known of a run beside its mapper.
 struct RunFacts
 {
+    std::string clip;                     ///< that the timeline shows; empty: nothing moves
+    std::string camera;                   ///< the active one; empty: none
     std::vector<std::string> sceneStates; ///< names in the order of the exported list, UTF-8
     double framesPerSecond = 24.0;        ///< of the timeline; the model itself counts frames only
     int lastFrame = 0;                    ///< of the timeline, which starts at 0

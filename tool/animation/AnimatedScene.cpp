@@ -62,6 +62,10 @@ AnimatedScene MakeAnimatedScene(const Import::BuiltDocument& built, const Animat
         animated.sequences.push_back(MakeSequence(clips[i], static_cast<int>(i) + 1));
         StoreKeys(keys, *animated.sequences.back());
     }
+    for (const Import::DocumentVariant& variant : built.variants) {
+        animated.sceneStates.push_back(variant.state);
+        animated.sceneStateNames.push_back(variant.name);
+    }
     animated.camera = ChooseActiveCamera(built, options.camera, *animated.manager, extent, report);
     return animated;
 }

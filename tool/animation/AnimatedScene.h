@@ -40,7 +40,10 @@ struct AnimatedScene
     std::string timelineClip; ///< what the timeline shows; empty: nothing moves
     /// One for each clip, in the sequence container for as long as they are held here, named like the clips.
     std::vector<COrvelPtr<COrvelSequence>> sequences;
-    COrvelCamera* camera = nullptr; ///< the document's active one; null when there is none
+    /// For COrvelPRCWriter::ExportToMemory: the variants of the scene; their replacements belong to the BuiltDocument.
+    std::vector<COrvelBasicSceneState> sceneStates;
+    std::vector<std::string> sceneStateNames; ///< one for each of them
+    COrvelCamera* camera = nullptr;           ///< the document's active one; null when there is none
 };
 
 /// Turns the clips of a document into key frame data: the timeline, and a sequence for each clip, all from frame 0 on.

@@ -200,6 +200,8 @@ BuiltDocument BuildDocument(ImportedScene scene, TextureFiles& textures, const B
     built.nodes.resize(scene.nodes.size(), nullptr);
     NodeMaker(scene, parts, built).MakeTree(top);
     built.materials = materials.Made();
+    for (std::size_t i = 0; i < scene.variants.size(); ++i)
+        built.variants.push_back({std::move(scene.variants[i]), materials.Variants()[i]});
     built.clips = std::move(scene.clips);
 
     const DocumentParts::Totals made = parts.Made();
@@ -207,6 +209,7 @@ BuiltDocument BuildDocument(ImportedScene scene, TextureFiles& textures, const B
     built.summary.meshes = made.geometries;
     built.summary.trianglesStored = made.triangles;
     built.summary.materials = materials.Used();
+    built.looks = materials.TakeLooks();
     built.summary.textures = textures.Used();
     return built;
 }

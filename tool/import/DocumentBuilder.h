@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/core/COrvelBasicMaterial.h"
+#include "platform/core/COrvelBasicSceneState.h"
 #include "platform/core/COrvelDocument.h"
 #include "tool/import/ImportReport.h"
 #include "tool/import/ImportedScene.h"
@@ -59,6 +61,13 @@ struct DocumentCamera
     ImportedCamera values;
 };
 
+/// A variant of the scene: some materials are replaced by others.
+struct DocumentVariant
+{
+    std::string name;
+    COrvelBasicSceneState state; ///< replacements are owned by BuiltDocument::looks
+};
+
 /// A document and what is known of it.
 struct BuiltDocument
 {
@@ -68,6 +77,8 @@ struct BuiltDocument
     std::vector<COrvelSceneNode*> nodes;
     /// For each material of the scene those that stand for it, see below; none for one that nothing shows.
     std::vector<std::vector<COrvelMaterial*>> materials;
+    std::vector<DocumentVariant> variants;
+    std::vector<std::unique_ptr<COrvelBasicMaterial>> looks; ///< of the scene's materials
     std::vector<ImportedClip> clips; ///< of the scene; their nodes and materials are positions in the lists above
     BuildSummary summary;
 };
@@ -84,7 +95,8 @@ inline constexpr std::size_t MaximumNodeDepth = 1000;
 /// - Objects of one shape in one material share their geometry. A file keeps such objects as instances only while their
 ///   material belongs to no other shape, and instances all look alike: so each combination of shape, texture
 ///   coordinates and material that is used more than once has a geometry and a material of its own. Objects with a
-///   shape of their own share one material for each material of the scene.
+///   shape of their own share one material for each material of the scene. Parts whose material is another one in some
+///   variant of the scene than that of others have a material apart from theirs.
 /// - The parts of a node that agree in name, material and kind of data become one, unless they are shared (MergeParts).
 /// - Triangles keep number and order. Points that no triangle uses are dropped. Shapes without normals get them
 /// (MakeCreaseNormals); points are joined only in

@@ -46,39 +46,53 @@ DocumentMaterials::DocumentMaterials(COrvelDocument& theDocument, const Imported
     : document(theDocument)
     , scene(theScene)
     , textures(theTextures)
-    , shared(theScene.materials.size(), nullptr)
     , made(theScene.materials.size())
+    , variants(theScene.variants.size())
 {}
 
-void DocumentMaterials::MakeRoom(std::size_t ownCount)
+void DocumentMaterials::MakeRoom(std::size_t count)
 {
-    document.ReserveMaterials(1 + scene.materials.size() + ownCount);
+    document.ReserveMaterials(1 + count);
     COrvelBasicGeneralMaterial looksOfDefault;
     MakeLightGrey(looksOfDefault);
     document.DefaultMaterial()->LoadBasicMaterial(&looksOfDefault, false);
 }
 
-COrvelMaterial* DocumentMaterials::Shared(Index index)
+COrvelMaterial* DocumentMaterials::Shared(Index index, Index row)
 {
-    if (index == None) {
+    if (index == None && row == None) {
         LooksOf(index);
         return document.DefaultMaterial();
     }
-    COrvelMaterial*& material = shared[static_cast<std::size_t>(index)];
+    COrvelMaterial*& material = shared[{index, row}];
     if (!material)
-        material = Own(index);
+        material = Own(index, row);
     return material;
 }
 
-COrvelMaterial* DocumentMaterials::Own(Index index)
+COrvelMaterial* DocumentMaterials::Own(Index index, Index row)
 {
     COrvelMaterial* const material = COrvelMaterial::Create(&document, LooksOf(index));
     if (index != None)
         made[static_cast<std::size_t>(index)].push_back(material);
+    if (row == None)
+        return material;
+    const std::vector<Index>& replacements = scene.variantMaterials[static_cast<std::size_t>(row)];
+    for (std::size_t i = 0; i < replacements.size(); ++i)
+        if (replacements[i] != None)
+            variants[i].materialReplacements.emplace(material, &LooksOf(replacements[i]));
     return material;
 }
 
-const COrvelBasicGeneralMaterial& DocumentMaterials::LooksOf(Index index)
+std::vector<std::unique_ptr<COrvelBasicMaterial>> DocumentMaterials::TakeLooks()
+{
+    std::vector<std::unique_ptr<COrvelBasicMaterial>> taken;
+    for (auto& [index, material] : looks)
+        taken.push_back(std::move(material));
+    return taken;
+}
+
+COrvelBasicGeneralMaterial& DocumentMaterials::LooksOf(Index index)
 {
     std::unique_ptr<COrvelBasicGeneralMaterial>& entry = looks[index];
     if (entry)

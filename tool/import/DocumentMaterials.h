@@ -1,12 +1,14 @@
 #pragma once
 
 #include "platform/core/COrvelBasicGeneralMaterial.h"
+#include "platform/core/COrvelBasicSceneState.h"
 #include "tool/import/ImportedScene.h"
 #include "tool/import/TextureFiles.h"
 
 #include <cstddef>
 #include <map>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace Orvel
@@ -32,14 +34,22 @@ public:
 
     /// To be called once before any material is made: later maps list the materials in the order in which they were
     /// made as long as they fit into the room that is made here.
-    /// @param ownCount how many materials Own will be asked for.
-    void MakeRoom(std::size_t ownCount);
+    /// @param count how many materials there will be at most, besides the default one.
+    void MakeRoom(std::size_t count);
 
-    /// The one material that stands for all uses of `index`.
-    COrvelMaterial* Shared(Index index);
+    /// The one material that stands for all uses of a material that look alike in every variant of the scene.
+    /// @param variants row of the scene's table; None: nothing changes.
+    COrvelMaterial* Shared(Index index, Index variants);
 
-    /// Another material that looks like `index` and has its name.
-    COrvelMaterial* Own(Index index);
+    /// Another material that looks like `index`, in every variant too, and has its name.
+    COrvelMaterial* Own(Index index, Index variants);
+
+    /// For each variant of the scene the materials that it replaces. What replaces them stays in this object's hands
+    /// until TakeLooks().
+    [[nodiscard]] const std::vector<COrvelBasicSceneState>& Variants() const { return variants; }
+
+    /// Hands over all looks that were made; no material can be asked for any more.
+    [[nodiscard]] std::vector<std::unique_ptr<COrvelBasicMaterial>> TakeLooks();
 
     /// For each material of the scene the document's materials that stand for it, in the order in which they were made.
     [[nodiscard]] const std::vector<std::vector<COrvelMaterial*>>& Made() const { return made; }
@@ -48,15 +58,16 @@ public:
     [[nodiscard]] std::size_t Used() const { return looks.size(); }
 
 private:
-    const COrvelBasicGeneralMaterial& LooksOf(Index index);
+    COrvelBasicGeneralMaterial& LooksOf(Index index);
     void GiveLooks(COrvelBasicGeneralMaterial& target, const ImportedMaterial& source);
 
     COrvelDocument& document;
     const ImportedScene& scene;
     TextureFiles& textures;
     std::map<Index, std::unique_ptr<COrvelBasicGeneralMaterial>> looks;
-    std::vector<COrvelMaterial*> shared; ///< null: not made yet
+    std::map<std::pair<Index, Index>, COrvelMaterial*> shared; ///< by material and row of variants
     std::vector<std::vector<COrvelMaterial*>> made;
+    std::vector<COrvelBasicSceneState> variants;
 };
 
 } // namespace Orvel::Import

@@ -13,6 +13,7 @@
 #include <cassert>
 #include <cstdint>
 #include <limits>
+#include <set>
 #include <span>
 
 namespace Orvel::Import
@@ -117,7 +118,8 @@ const DocumentPart& DocumentParts::PartFor(const ImportedPart& imported)
     part.geometry->SetPolygonsTable(shape.triangles);
     if (imported.textureCoordinates != None)
         part.textureCoordinates = coordinates.at({imported.geometry, imported.textureCoordinates});
-    part.material = part.uses > 1 ? materials.Own(imported.material) : materials.Shared(imported.material);
+    part.material = part.uses > 1 ? materials.Own(imported.material, imported.variants)
+                                  : materials.Shared(imported.material, imported.variants);
     part.triangles = triangleCounts[static_cast<std::size_t>(imported.geometry)];
     return part;
 }
@@ -136,7 +138,7 @@ DocumentParts::Totals DocumentParts::Made() const
 
 DocumentParts::Key DocumentParts::KeyOf(const ImportedPart& part)
 {
-    return {part.geometry, part.textureCoordinates, part.material};
+    return {part.geometry, part.textureCoordinates, part.material, part.variants};
 }
 
 void DocumentParts::CountUses()
@@ -147,16 +149,20 @@ void DocumentParts::CountUses()
                 ++parts[KeyOf(part)].uses;
         }
     }
-    std::size_t sharedParts = 0;
+    std::size_t ownMaterials = 0;
+    std::set<std::pair<Index, Index>> sharedMaterials;
     for (const auto& [key, part] : parts) {
-        sharedParts += part.uses > 1 ? 1 : 0;
+        if (part.uses > 1)
+            ++ownMaterials;
+        else
+            sharedMaterials.emplace(key.material, key.variants);
         if (key.textureCoordinates == None)
             continue;
         const bool isNew =
             coordinates.emplace(GeometryAndCoordinates(key.geometry, key.textureCoordinates), nullptr).second;
         geometriesLeft[static_cast<std::size_t>(key.textureCoordinates)] += isNew ? 1 : 0;
     }
-    materials.MakeRoom(sharedParts);
+    materials.MakeRoom(ownMaterials + sharedMaterials.size());
 }
 
 const DocumentParts::Tables& DocumentParts::TablesOf(Index geometry)

@@ -68,6 +68,7 @@ private:
         Index geometry;
         Index textureCoordinates;
         Index material;
+        Index variants;
 
         auto operator<=>(const Key&) const = default;
     };

@@ -125,6 +125,16 @@ std::vector<GltfDocument::Animation> TakeAnimations(json& document)
     return animations;
 }
 
+std::vector<std::string> TakeVariants(json& document)
+{
+    std::vector<std::string> variants;
+    const json::json_pointer place("/extensions/KHR_materials_variants/variants");
+    if (document.contains(place))
+        for (json& variant : document.at(place))
+            variants.push_back(TakeText(variant, "name"));
+    return variants;
+}
+
 /// Drops what the import never reads: the model spends some hundred bytes on each number in extras and extensions. A
 /// call for each level of the text, whose depth is limited.
 void DropUnread(json& value)
@@ -194,6 +204,7 @@ GltfDocument ParseGltf(std::string_view text)
     document.buffers = TakeBuffers(json);
     document.images = TakeImages(json);
     document.animations = TakeAnimations(json);
+    document.variants = TakeVariants(json);
     // Not converted, so a fault in them is none of this import.
     for (const char* table : {"extensions", "samplers", "skins"})
         json.erase(table);

@@ -58,6 +58,7 @@ struct GltfDocument
     std::vector<Buffer> buffers;
     std::vector<Image> images;
     std::vector<Animation> animations;
+    std::vector<std::string> variants; ///< names of KHR_materials_variants
 };
 
 /// Whether the import understands an extension, or counts its loss by another name.

@@ -241,6 +241,11 @@ Index GltfMaterials::Convert(int material)
     return converted[position];
 }
 
+bool GltfMaterials::HasPicture(int material) const
+{
+    return material >= 0 && PictureOf(document.model.materials.at(static_cast<std::size_t>(material))).texture >= 0;
+}
+
 int GltfMaterials::CoordinateSet(int material) const
 {
     return material < 0 ? 0 : PictureOf(document.model.materials.at(static_cast<std::size_t>(material))).coordinateSet;

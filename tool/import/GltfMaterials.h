@@ -32,6 +32,9 @@ public:
     /// @return what Convert() gave for it; None when it was not asked for.
     [[nodiscard]] Index Converted(int material) const { return converted.at(static_cast<std::size_t>(material)); }
 
+    /// Whether a material of the file names a picture; -1 has none.
+    [[nodiscard]] bool HasPicture(int material) const;
+
     /// The set of texture coordinates that the picture of a material asks for: the n of TEXCOORD_n.
     /// @param material of the file; -1, and a material without a picture, give 0.
     [[nodiscard]] int CoordinateSet(int material) const;

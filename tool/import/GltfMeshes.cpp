@@ -1,6 +1,7 @@
 #include "tool/import/GltfMeshes.h"
 
 #include "tool/import/GltfGeometry.h"
+#include "tool/import/GltfVariants.h"
 #include "tool/import/UnitNormals.h"
 #include "tool/import/UsedPoints.h"
 
@@ -89,12 +90,13 @@ std::vector<ImportedPart> GltfMeshes::MakeParts(const tinygltf::Mesh& mesh, cons
         const Index geometry = Shape(primitive, where);
         if (geometry == None)
             continue;
-        const int set = materials.CoordinateSet(primitive.material);
+        const int set = materials.CoordinateSet(PicturedMaterial(primitive));
         ImportedPart& part = parts.emplace_back();
         part.name = mesh.name;
         part.geometry = geometry;
         part.textureCoordinates = Coordinates(primitive, set, geometry, where);
         part.material = materials.Convert(primitive.material);
+        part.variants = VariantMaterials(primitive, part.material);
         if (part.textureCoordinates == None && HasPicture(part.material))
             report.Warn(where + ": its texture is not shown, as it has no texture coordinates");
         CountLeftOut(primitive, set);
@@ -105,6 +107,36 @@ std::vector<ImportedPart> GltfMeshes::MakeParts(const tinygltf::Mesh& mesh, cons
 bool GltfMeshes::HasPicture(Index material) const
 {
     return material != None && scene.materials[static_cast<std::size_t>(material)].image != None;
+}
+
+/// @return the number of the row in the scene's table, which is the same for all parts with the same materials.
+Index GltfMeshes::VariantMaterials(const tinygltf::Primitive& primitive, Index ownMaterial)
+{
+    std::vector<Index> row;
+    bool differs = false;
+    for (const int material : MaterialsOfVariants(primitive, document.variants.size())) {
+        const Index converted = material < 0 ? None : materials.Convert(material);
+        row.push_back(converted == ownMaterial ? None : converted);
+        differs = differs || row.back() != None;
+    }
+    if (!differs)
+        return None;
+    const auto [place, isNew] =
+        variantMaterials.emplace(std::move(row), static_cast<Index>(scene.variantMaterials.size()));
+    if (isNew)
+        scene.variantMaterials.push_back(place->first);
+    return place->second;
+}
+
+/// The material whose picture decides on the texture coordinates: a part keeps one set for all its variants.
+int GltfMeshes::PicturedMaterial(const tinygltf::Primitive& primitive) const
+{
+    if (materials.HasPicture(primitive.material))
+        return primitive.material;
+    for (const int material : MaterialsOfVariants(primitive, document.variants.size()))
+        if (materials.HasPicture(material))
+            return material;
+    return primitive.material;
 }
 
 bool GltfMeshes::IsSurface(const tinygltf::Primitive& primitive)

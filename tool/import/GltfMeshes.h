@@ -48,6 +48,8 @@ private:
     bool HasPicture(Index material) const;
     bool IsSurface(const tinygltf::Primitive& primitive);
     bool PassOverCompressed(const tinygltf::Primitive& primitive);
+    Index VariantMaterials(const tinygltf::Primitive& primitive, Index ownMaterial);
+    int PicturedMaterial(const tinygltf::Primitive& primitive) const;
     void CountLeftOut(const tinygltf::Primitive& primitive, int coordinateSet);
     Index Shape(const tinygltf::Primitive& primitive, const std::string& where);
     std::optional<ImportedGeometry> MakeShape(const tinygltf::Primitive& primitive, const std::string& where,
@@ -65,6 +67,7 @@ private:
     std::map<ShapeKey, Index> shapes;
     std::vector<Points> pointsOfShape;                  ///< for each geometry of the scene
     std::map<std::pair<Index, int>, Index> coordinates; ///< of a geometry and a canonical accessor
+    std::map<std::vector<Index>, Index> variantMaterials;
     std::size_t compressedCount = 0;
 };
 

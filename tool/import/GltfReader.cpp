@@ -1,5 +1,6 @@
 #include "tool/import/GltfReader.h"
 
+#include "tool/import/DistinctNames.h"
 #include "tool/import/GltfAccessors.h"
 #include "tool/import/GltfAnimations.h"
 #include "tool/import/GltfBuffers.h"
@@ -39,6 +40,7 @@ ImportedScene ReadGltf(const std::filesystem::path& file, ImportReport& report)
     scene.format = "glTF 2.0";
     scene.unitInMillimetres = 1000.0;
     scene.upAxis = UpAxis::Y;
+    scene.variants = DistinctNames(document.variants, "Variant");
 
     const std::filesystem::path folder = file.parent_path();
     GltfBuffers buffers(document, container, folder);

@@ -63,6 +63,7 @@ struct ImportedPart
     Index geometry = None;
     Index textureCoordinates = None;
     Index material = None; ///< None: the document's default material
+    Index variants = None; ///< index into ImportedScene::variantMaterials; None: this material in every variant
 };
 
 struct ImportedNode
@@ -107,6 +108,9 @@ struct ImportedScene
     std::vector<ImportedImage> images;
     std::vector<ImportedCamera> cameras;
     std::vector<ImportedClip> clips;
+    std::vector<std::string> variants; ///< distinct names of the variants of the whole scene, which change materials
+    /// For each variant the material that a part shows in it; None: the part's own.
+    std::vector<std::vector<Index>> variantMaterials;
 };
 
 } // namespace Orvel::Import

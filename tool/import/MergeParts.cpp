@@ -29,6 +29,7 @@ private:
     {
         std::string name;
         Index material = None;
+        Index variants = None;
         bool hasNormals = false;
         bool hasCoordinates = false;
         bool welded = false;
@@ -133,8 +134,8 @@ bool PartMerger::CanJoinOthers(const ImportedPart& part) const
 PartMerger::Kind PartMerger::KindOf(const ImportedNode& node, const ImportedPart& part) const
 {
     const ImportedGeometry& geometry = Geometry(part);
-    return {PartName(node, part, scene.materials), part.material, !geometry.normals.empty(),
-            part.textureCoordinates != None, geometry.welded};
+    return {PartName(node, part, scene.materials), part.material,  part.variants, !geometry.normals.empty(),
+            part.textureCoordinates != None,       geometry.welded};
 }
 
 /// @return the first part, which has all the others' data now.

@@ -1,16 +1,9 @@
-#include "animation/COrvelKeyFrameDataTransform.h"
 #include "animation/COrvelSequenceContainer.h"
-#include "platform/core/COrvelDocument.h"
-#include "platform/core/COrvelSceneNode.h"
-#include "platform/core/COrvelTransform.h"
-#include "tests/tool/GltfFile.h"
-#include "tool/animation/AnimatedScene.h"
-#include "tool/import/LoadDocument.h"
-
-#include <gmock/gmock.h>
+#include "platform/core/COrvelCamera.h"
+#include "tests/tool/animation/AnimatedSceneTest.h"
 
 #include <cmath>
-#include <functional>
+#include <limits>
 #include <numbers>
 
 namespace Orvel::Test
@@ -22,73 +15,8 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-/// A glTF file with a triangle on the first node, and animations put together channel by channel.
-class AnimatedFile : public GltfFile
-{
-public:
-    AnimatedFile()
-        : GltfFile(TriangleFile())
-    {}
-
-    /// @param width numbers in each value.
-    void Channel(std::size_t animation, json target, const std::vector<float>& times, const std::vector<float>& values,
-                 int width, const char* interpolation = "LINEAR")
-    {
-        json& table = document["animations"];
-        while (table.size() <= animation)
-            table.push_back({{"channels", json::array()}, {"samplers", json::array()}});
-        const char* const types[] = {"SCALAR", "", "VEC3", "VEC4"};
-        const int input = Accessor(View(times), Float, "SCALAR", times.size());
-        const int output =
-            Accessor(View(values), Float, types[width - 1], values.size() / static_cast<std::size_t>(width));
-        json& entry = table[animation];
-        entry["samplers"].push_back({{"input", input}, {"output", output}, {"interpolation", interpolation}});
-        entry["channels"].push_back({{"sampler", entry["samplers"].size() - 1}, {"target", std::move(target)}});
-    }
-};
-
-json NodePath(int node, const char* path)
-{
-    return {{"node", node}, {"path", path}};
-}
-
-class GltfMotion : public GltfTest
-{
-protected:
-    const Animate::AnimatedScene& Load(AnimatedFile& file, const Animate::AnimationOptions& options = {})
-    {
-        Import::LoadOptions load;
-        load.temporaryFolder = folder.Path();
-        loaded = Import::LoadDocument(file.Write(folder), load, report);
-        animated = Animate::MakeAnimatedScene(loaded, options, report);
-        return animated;
-    }
-
-    COrvelID TransformOf(std::size_t node) const { return loaded.nodes.at(node)->LocalTransform()->ID(); }
-
-    /// Compares a node's evaluated matrix with a computed one at each frame of a timeline.
-    void ExpectMotion(COrvelKeyFrameManager& manager, std::size_t node,
-                      const std::function<COrvelMatrix(double seconds)>& expected, double tolerance = 1e-3)
-    {
-        for (int frame = 0; frame <= manager.LastFrame(); ++frame) {
-            const auto data = manager.KeyFrameDataAtFrame(TransformOf(node), frame);
-            const auto* const transform = dynamic_cast<COrvelKeyFrameDataTransform*>(data.Get());
-            ASSERT_TRUE(transform) << "frame " << frame;
-            EXPECT_TRUE(transform->Matrix().IsNear(expected(frame / 24.0), tolerance)) << "frame " << frame;
-        }
-    }
-
-    std::size_t KeyCount(const COrvelKeyFrameManager& manager, std::size_t node) const
-    {
-        KeyFrameDataList list;
-        manager.ListKeyFrameDataOf(TransformOf(node), list);
-        return list.size();
-    }
-
-    Import::ImportReport report;
-    Import::LoadedDocument loaded;
-    Animate::AnimatedScene animated;
-};
+class GltfMotion : public AnimatedSceneTest
+{};
 
 COrvelMatrix TurnAboutZ(double degrees)
 {
@@ -166,17 +94,75 @@ TEST_F(GltfMotion, MakesASequenceOfEachClipAndATimelineOfOne)
     EXPECT_EQ(animated.manager->LastFrame(), 24);
     EXPECT_EQ(animated.sequences[1]->UUID(), id);
 
-    const auto refusal = [&](const Animate::AnimationOptions& options) -> std::string {
-        try {
-            Load(file, options);
-            return {};
-        } catch (const Import::ImportError& error) {
-            return error.what();
-        }
+    EXPECT_EQ(RefusalOf(file, {.clip = "fall"}), "there is no clip 'fall', only 'Animation 1', 'rise'");
+    EXPECT_EQ(RefusalOf(file, {.mostFrames = 48}), "animation 'rise' has 49 frames, and the limit is 48");
+    EXPECT_EQ(RefusalOf(file, {.framesPerSecond = 5e6}),
+              "animation 'Animation 1' has 5000001 frames, and the limit is 100000");
+}
+
+TEST_F(GltfMotion, LetsTheCameraThatMovesWithItsParentBeTheActiveOne)
+{
+    AnimatedFile file;
+    file.document["cameras"] = json::parse(R"([{"type": "perspective", "perspective": {"yfov": 0.7, "znear": 0.1}}])");
+    file.document["nodes"] = json::parse(R"([{"mesh": 0}, {"name": "Fixed", "camera": 0},
+        {"children": [3]}, {"name": "Flight", "camera": 0, "translation": [0, 0, 5]}])");
+    file.document["scenes"][0]["nodes"] = {0, 1, 2};
+    // A quarter turn about y in a second, through KHR_animation_pointer.
+    const float half = std::sqrt(0.5F);
+    file.Channel(0,
+                 {{"path", "pointer"}, {"extensions", {{"KHR_animation_pointer", {{"pointer", "/nodes/2/rotation"}}}}}},
+                 {0, 1}, {0, 0, 0, 1, 0, half, 0, half}, 4);
+    Load(file);
+    ASSERT_TRUE(animated.camera);
+    EXPECT_EQ(animated.camera, loaded.document->ActiveCamera());
+    EXPECT_EQ(animated.camera->Name(), COrvelString("Flight"));
+    EXPECT_GT(animated.camera->DistanceFromTarget(), 0.0);
+    for (int frame = 0; frame <= 24; ++frame) {
+        // Metres with y up became millimetres with z up: (x, y, z) is now (x, -z, y).
+        const double angle = frame / 24.0 * std::numbers::pi / 2;
+        const COrvel3DVertex expected{5000 * std::sin(angle), -5000 * std::cos(angle), 0};
+        const COrvel3DVertex place =
+            animated.manager->WorldMatrixAtFrame(animated.camera->NodePathToRoot(true), frame).Translation();
+        EXPECT_LT((place - expected).Length(), 3.0) << "frame " << frame;
+    }
+    EXPECT_THAT(report.Warnings(), IsEmpty());
+
+    Load(file, {.camera = "Fixed"});
+    EXPECT_EQ(animated.camera->Name(), COrvelString("Fixed"));
+    EXPECT_THAT(report.Warnings(), ElementsAre("camera 'Fixed' does not move"));
+    EXPECT_EQ(RefusalOf(file, {.camera = "Crane"}), "there is no camera 'Crane', only 'Fixed', 'Flight'");
+}
+
+TEST_F(GltfMotion, IsRefusedOrPassedOverWhereItMakesNoSense)
+{
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const auto refusal = [this](const std::vector<float>& times, const std::vector<float>& values,
+                                const json& changes = json::object()) {
+        AnimatedFile file;
+        file.Channel(0, NodePath(0, "translation"), times, values, 3);
+        file.document["animations"][0].merge_patch(changes);
+        return RefusalOf(file);
     };
-    EXPECT_EQ(refusal({.clip = "fall"}), "there is no clip 'fall', only 'Animation 1', 'rise'");
-    EXPECT_EQ(refusal({.mostFrames = 48}), "animation 'rise' has 49 frames, and the limit is 48");
-    EXPECT_EQ(refusal({.framesPerSecond = 5e6}), "animation 'Animation 1' has 5000001 frames, and the limit is 100000");
+    EXPECT_THAT(refusal({0, 2, 1}, {1, 2, 3, 4, 5, 6, 7, 8, 9}),
+                HasSubstr("animation 'Animation 1': channel 0: its keys are out of order: key 2"));
+    EXPECT_THAT(refusal({0, nan}, {1, 2, 3, 4, 5, 6}), HasSubstr("the time of key 1 is not finite"));
+    EXPECT_THAT(refusal({0, 1}, {1, 2, nan, 4, 5, 6}), HasSubstr("a value of its keys is not finite"));
+    EXPECT_THAT(refusal({0, 1}, {1, 2, 3}), HasSubstr("1 values for 2 keys"));
+    EXPECT_THAT(refusal({0}, {1, 2, 3}, {{"channels", {{{"sampler", 7}, {"target", NodePath(0, "scale")}}}}}),
+                HasSubstr("samplers[7], but the file has 1"));
+    EXPECT_THAT(refusal({0}, {1, 2, 3}, {{"channels", {{{"sampler", 0}, {"target", NodePath(9, "scale")}}}}}),
+                HasSubstr("target.node is 9, but the file has 1 nodes"));
+    EXPECT_THAT(refusal({0}, {1, 2, 3}, {{"samplers", {{{"input", 0}, {"output", 50}}}}}), HasSubstr("output is 50"));
+
+    AnimatedFile file;
+    file.Channel(0, NodePath(0, "translation"), {}, {}, 3);
+    file.Channel(0, NodePath(0, "weights"), {0}, {1}, 1);
+    EXPECT_EQ(RefusalOf(file), "");
+    EXPECT_TRUE(animated.sequences.empty());
+    EXPECT_THAT(report.Warnings(),
+                ElementsAre("animation 'Animation 1': the translation of node 0 has no keys and is left out",
+                            "animation 'Animation 1' changes nothing that can be shown: it is left out",
+                            "left out: 1 morph animation"));
 }
 
 } // namespace

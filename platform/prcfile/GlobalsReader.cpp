@@ -1,7 +1,6 @@
 #include "platform/prcfile/GlobalsReader.h"
 
 #include <string>
-#include <utility>
 
 namespace prc
 {
@@ -139,15 +138,11 @@ Material readMaterial(SectionReader& section)
 {
     Material material;
     section.readIdentity(material);
-    material.ambient = section.readIndexPlusOne();
-    material.diffuse = section.readIndexPlusOne();
-    material.emissive = section.readIndexPlusOne();
-    material.specular = section.readIndexPlusOne();
-    material.shininess = section.readDouble();
-    material.ambientAlpha = section.readDouble();
-    material.diffuseAlpha = section.readDouble();
-    material.emissiveAlpha = section.readDouble();
-    material.specularAlpha = section.readDouble();
+    for (std::uint32_t* const colour : {&material.ambient, &material.diffuse, &material.emissive, &material.specular})
+        *colour = section.readIndexPlusOne();
+    for (double* const number : {&material.shininess, &material.ambientAlpha, &material.diffuseAlpha,
+                                 &material.emissiveAlpha, &material.specularAlpha})
+        *number = section.readDouble();
     section.readAddedFields(EntityType::Material);
     return material;
 }

@@ -12,16 +12,17 @@ namespace prc
 namespace
 {
 
-namespace CartesianBits
+/// Parts that a Cartesian transformation states, in this order but for the scales.
+enum CartesianBits : unsigned
 {
-constexpr unsigned translation = 0x01;
-constexpr unsigned rotation = 0x02;
-constexpr unsigned mirror = 0x04;
-constexpr unsigned uniformScale = 0x08;
-constexpr unsigned nonUniformScale = 0x10;
-constexpr unsigned nonOrthogonal = 0x20;
-constexpr unsigned homogeneous = 0x40;
-} // namespace CartesianBits
+    Translation = 0x01,
+    Rotation = 0x02,
+    Mirror = 0x04,
+    UniformScale = 0x08,
+    NonUniformScale = 0x10,
+    NonOrthogonal = 0x20,
+    Homogeneous = 0x40
+};
 
 using Vector = std::array<double, 3>;
 
@@ -223,24 +224,24 @@ Matrix SectionReader::readCartesianTransformation()
     std::array<Vector, 3> columns = {{{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}}};
     Vector translation{};
     std::array<double, 4> lastRow{0.0, 0.0, 0.0, 1.0};
-    if ((behaviour & CartesianBits::translation) != 0)
+    if ((behaviour & Translation) != 0)
         translation = readVector();
-    if ((behaviour & CartesianBits::nonOrthogonal) != 0) {
+    if ((behaviour & NonOrthogonal) != 0) {
         for (Vector& column : columns)
             column = readVector();
-    } else if ((behaviour & CartesianBits::rotation) != 0) {
+    } else if ((behaviour & Rotation) != 0) {
         columns[0] = readVector();
         columns[1] = readVector();
         columns[2] = cross(columns[0], columns[1]);
     }
-    if ((behaviour & CartesianBits::mirror) != 0)
+    if ((behaviour & Mirror) != 0)
         columns[2] = cross(columns[1], columns[0]);
     Vector scale{1.0, 1.0, 1.0};
-    if ((behaviour & CartesianBits::nonUniformScale) != 0)
+    if ((behaviour & NonUniformScale) != 0)
         scale = readVector();
-    else if ((behaviour & CartesianBits::uniformScale) != 0)
+    else if ((behaviour & UniformScale) != 0)
         scale.fill(readDouble());
-    if ((behaviour & CartesianBits::homogeneous) != 0) {
+    if ((behaviour & Homogeneous) != 0) {
         for (double& number : lastRow)
             number = readDouble();
     }

@@ -9,22 +9,15 @@
 namespace
 {
 
-namespace Model = prc::Model;
+using namespace prc;
 using namespace prc::Test;
-using prc::EntityType;
-using prc::Matrix;
-using prc::nullIndex;
-using prc::SectionWriter;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::SizeIs;
+using namespace testing;
 
 using Numbers = std::vector<std::uint32_t>;
 
 Model::PRCModel ReadWithoutFindings(const HandMadeFile& file)
 {
-    Model::PRCModel model = prc::readPRC(file.Bytes());
+    Model::PRCModel model = readPRC(file.Bytes());
     for (const Model::Finding& finding : model.findings)
         ADD_FAILURE() << finding.message();
     return model;
@@ -104,7 +97,7 @@ TEST(ReadFaces, WithColoursOfTheirCorners)
     EXPECT_EQ(CornersOf(mesh).colours, (Numbers{0, 1, 2, 2, 1, 3}));
     HandMadeFile file = PlainFile();
     file.tessellation = TessellationsOf(1, mesh);
-    EXPECT_THAT(prc::readPRC(file.Bytes()).structures[0].tessellations[0].faces[0].vertexColours,
+    EXPECT_THAT(readPRC(file.Bytes()).structures[0].tessellations[0].faces[0].vertexColours,
                 ElementsAre(10, 20, 30, 10, 20, 30, 40, 50, 60, 40, 50, 60));
 }
 
@@ -133,7 +126,7 @@ TEST(ReadFaces, RefusesIndicesOutsideTheirArrays)
         HandMadeFile file = PlainFile();
         file.tessellation =
             TessellationsOf(1, SixPoints(wrong.indices, {{.usedEntities = wrong.usedEntities, .sizes = wrong.sizes}}));
-        const Model::PRCModel model = prc::readPRC(file.Bytes());
+        const Model::PRCModel model = readPRC(file.Bytes());
         ASSERT_THAT(model.structures[0].tessellations, SizeIs(1)) << wrong.what;
         const Model::Tessellation& tessellation = model.structures[0].tessellations[0];
         EXPECT_FALSE(tessellation.faces[0].isUsable) << wrong.what;
@@ -151,7 +144,7 @@ TEST(ReadTessellations, StopsAtOneThatIsNotKnownAndKeepsThoseBefore)
     HandMadeFile file = PlainFile();
     file.tessellation = TessellationsOf(
         3, mesh, [](SectionWriter& section) { Put(section, EntityType::Tessellation3DCompressed, 0xABCDEFU, 77); });
-    const Model::PRCModel model = prc::readPRC(file.Bytes());
+    const Model::PRCModel model = readPRC(file.Bytes());
     const Model::FileStructure& structure = model.structures[0];
     ASSERT_THAT(structure.tessellations, SizeIs(2));
     EXPECT_EQ(structure.announcedTessellations, 3U);
@@ -173,7 +166,7 @@ TEST(ReadTransformations, OfTheCartesianKind)
         Matrix expected;
     };
     const Case cases[] = {
-        {0, {}, prc::identityMatrix},
+        {0, {}, identityMatrix},
         {0x01, {7, 11, 13}, {1, 0, 0, 7, 0, 1, 0, 11, 0, 0, 1, 13, 0, 0, 0, 1}},
         // A quarter turn about z with its x and y axes, then a uniform scale.
         {0x0B, {7, 11, 13, 0, 1, 0, -1, 0, 0, 2}, {0, -2, 0, 7, 2, 0, 0, 11, 0, 0, 2, 13, 0, 0, 0, 1}},
@@ -213,7 +206,7 @@ TEST(ReadNames, AndGraphicsThatAreTheSameAsBefore)
 /// patterns of all kinds, a style that names a colour.
 TEST(ReadGlobals, WithEverythingThatTheFormatHas)
 {
-    prc::IdentifierCounter identifiers;
+    IdentifierCounter identifiers;
     HandMadeFile file = PlainFile();
     file.globals = SectionWriter();
     SectionWriter& section = file.globals;
@@ -225,7 +218,7 @@ TEST(ReadGlobals, WithEverythingThatTheFormatHas)
     put(0, EntityType::FileStructureGlobals);
     put(1, EntityType::Attribute, false, "title", 5); // one attribute with entries of all five kinds
     put(true, 7, 1, 3, false, "a", 2, 2.5, false, "b", 3, 99, false, "c", 4, "x", false, "d", 5, 1, 2);
-    put(false, "globals", 1, prc::UniqueId{4, 3, 2, 1}, 600.0, 30.0, "Sans");
+    put(false, "globals", 1, UniqueId{4, 3, 2, 1}, 600.0, 30.0, "Sans");
     put(1, "Sans", 3, 2, 10, Byte(1), 12, Byte(2));             // a font
     put(2, 1.0, 0.5, 0.25, 0.0, 0.125, 0.75);                   // colours
     put(1, EntityType::Picture, 0, false, "photo", 1, 1, 0, 0); // JPEG
@@ -256,11 +249,11 @@ TEST(ReadGlobals, WithEverythingThatTheFormatHas)
     section.writeBits(0xF, 4);
     file.pictures = {{0xFF, 0xD8, 0xFF, 0xE0, 0, 4, 1, 2, 0xFF, 0xC0, 0, 11, 8, 0, 3, 0, 5, 1, 1, 0x11, 0}};
 
-    const Model::PRCModel model = prc::readPRC(file.Bytes());
+    const Model::PRCModel model = readPRC(file.Bytes());
     ASSERT_THAT(model.findings, SizeIs(1));
     EXPECT_THAT(model.findings[0].text, HasSubstr("1 of the colour indices lie outside their table of 2"));
     const Model::Globals& globals = model.structures.at(0).globals;
-    EXPECT_THAT(globals.referencedStructures, ElementsAre(prc::UniqueId{4, 3, 2, 1}));
+    EXPECT_THAT(globals.referencedStructures, ElementsAre(UniqueId{4, 3, 2, 1}));
     EXPECT_EQ(globals.chordHeightRatio, 600.0);
     ASSERT_THAT(globals.textures, SizeIs(1));
     const Model::TextureDefinition& texture = globals.textures[0];
@@ -325,7 +318,7 @@ TEST(ReadSchemas, EndsThoseThatNeverEnd)
         file.globals = SectionWriter();
         Put(file.globals, 1, 303, tokens.size(), tokens);
         WriteGlobals(file.globals, 2);
-        const Model::PRCModel model = prc::readPRC(file.Bytes());
+        const Model::PRCModel model = readPRC(file.Bytes());
         ASSERT_THAT(model.findings, SizeIs(1)) << reason;
         EXPECT_THAT(model.findings[0].message(), HasSubstr(reason));
         EXPECT_THAT(model.findings[0].place, HasSubstr("globals of file structure 0, bit ")) << reason;

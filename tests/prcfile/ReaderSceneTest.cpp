@@ -9,16 +9,9 @@
 namespace
 {
 
-namespace Model = prc::Model;
+using namespace prc;
 using namespace prc::Test;
-using prc::EntityType;
-using prc::Matrix;
-using prc::nullIndex;
-using prc::SectionWriter;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::SizeIs;
+using namespace testing;
 
 Fill At(const Matrix& matrix)
 {
@@ -59,7 +52,7 @@ TEST(PlacedScenes, MultiplyTransformsDownToItemsInTheirFrames)
         })(section);
         section.writeNoUserData(); // of the set
     });
-    const Model::PRCModel model = prc::readPRC(file.Bytes());
+    const Model::PRCModel model = readPRC(file.Bytes());
     EXPECT_THAT(model.findings, IsEmpty());
     EXPECT_THAT(model.structures[0].parts[0].items[1].body, ElementsAre(2, 3));
     const Model::PlacedScene scene = Model::placeScene(model);
@@ -90,7 +83,7 @@ TEST(PlacedScenes, HandDownStylesAndVisibilityAsTheBehaviourAsks)
             {.name = "root", .children = {3, 4, 5}, .writeGraphics = Drawn(4, show)},
         },
         5);
-    const Model::PRCModel model = prc::readPRC(file.Bytes());
+    const Model::PRCModel model = readPRC(file.Bytes());
     const Model::PlacedScene scene = Model::placeScene(model);
     struct Expected
     {
@@ -112,13 +105,13 @@ TEST(PlacedScenes, HandDownStylesAndVisibilityAsTheBehaviourAsks)
 
 TEST(PlacedScenes, TakeTheContentOfPrototypesAlsoFromOtherFileStructures)
 {
-    const auto prototypeOf = [](std::uint32_t occurrence, const prc::UniqueId& structure) {
+    const auto prototypeOf = [](std::uint32_t occurrence, const UniqueId& structure) {
         return [=](SectionWriter& section) { Put(section, occurrence + 1, false, structure, 0); };
     };
-    const auto externalData = [](std::uint32_t occurrence, const prc::UniqueId& structure) {
+    const auto externalData = [](std::uint32_t occurrence, const UniqueId& structure) {
         return [=](SectionWriter& section) { Put(section, 0, occurrence + 1, false, structure); };
     };
-    const prc::UniqueId library = {21, 22, 23, 24};
+    const UniqueId library = {21, 22, 23, 24};
     HandMadeFile files[] = {FileOf({{.name = "leaf"}, {.name = "prototype", .children = {0}}}),
                             FileOf({{.name = "copy", .writeReferences = prototypeOf(1, library)},
                                     {.name = "itself", .writeReferences = prototypeOf(1, HandMadeFile::structureId)},
@@ -129,7 +122,7 @@ TEST(PlacedScenes, TakeTheContentOfPrototypesAlsoFromOtherFileStructures)
     files[1].model = SectionWriter();
     Put(files[1].model, 0, EntityType::ModelFile, 0, false, "model", true, 10.0, 1, HandMadeFile::structureId, 5, true,
         0, 0, 0);
-    const Model::PRCModel model = prc::readPRC(FileOfStructures(files));
+    const Model::PRCModel model = readPRC(FileOfStructures(files));
     ASSERT_THAT(model.findings, SizeIs(1));
     EXPECT_EQ(model.findings[0].message(), "file: 1 references to other occurrences lead nowhere and count as none");
     const Model::PlacedScene scene = Model::placeScene(model);
@@ -145,7 +138,7 @@ TEST(PlacedScenes, TakeTheContentOfPrototypesAlsoFromOtherFileStructures)
 TEST(PlacedScenes, LeaveOutWhatHasNoEnd)
 {
     const auto placed = [](const std::vector<OccurrenceFields>& occurrences, const Model::SceneLimits& limits = {}) {
-        return Model::placeScene(prc::readPRC(FileOf(occurrences).Bytes()), limits);
+        return Model::placeScene(readPRC(FileOf(occurrences).Bytes()), limits);
     };
     const Model::PlacedScene cyclic =
         placed({{.name = "a", .children = {1}}, {.name = "b", .children = {0, 2}}, {.name = "root", .children = {0}}});
@@ -175,7 +168,7 @@ void WriteFaceReference(SectionWriter& section, std::uint32_t style)
 }
 
 void WriteEntityReference(SectionWriter& section, std::uint32_t style, std::uint32_t identifier,
-                          const prc::UniqueId& structure)
+                          const UniqueId& structure)
 {
     WriteReferenceHead(section, style, EntityType::ReferenceOnBase);
     Put(section, 237, false, structure, identifier, 0);
@@ -209,7 +202,7 @@ TEST(PlacedScenes, GiveEntitiesAndFacesTheStylesOfTheOutermostReference)
                                             .indices = {0, 3, 6, 0, 3, 6},
                                             .faces = {{.sizes = {1}}, {.start = 3, .sizes = {1}}},
                                             .recalculateNormals = true});
-    const Model::PRCModel model = prc::readPRC(file.Bytes());
+    const Model::PRCModel model = readPRC(file.Bytes());
     ASSERT_THAT(model.findings, SizeIs(1));
     EXPECT_THAT(model.findings[0].text, HasSubstr("table of 5, the first is 77"));
 

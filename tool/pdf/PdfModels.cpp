@@ -43,7 +43,7 @@ ModelFormat FormatOf(std::string text)
 {
     std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
     for (const auto& [ending, format] : {std::pair{"prc", ModelFormat::Prc}, {"u3d", ModelFormat::U3d}}) {
-        if (text.ends_with(ending))
+        if (text.size() >= 3 && text.compare(text.size() - 3, 3, ending) == 0)
             return format;
     }
     return ModelFormat::Unknown;

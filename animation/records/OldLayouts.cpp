@@ -51,6 +51,7 @@ void AppendForEachTarget(const COrvelKeyFrameDataMorph& old, const COrvel3DObjec
 void COrvelKeyFrameManager::ConvertOldLayouts()
 {
     const int version = DocumentVersion();
+    filedFrames.clear();
     if (version < LayoutVersion::cameraTransform)
         MoveCamerasToTransforms();
     if (version < LayoutVersion::morphTarget)

@@ -126,26 +126,6 @@ TEST_F(Groups, AreBalancedByTheCaller)
     EXPECT_THROW(file.addMaterial({}), std::logic_error);
 }
 
-TEST_F(Placements, TheStyleOfAFaceWinsOverTheirsAndMeshesThatAreNoneAreLeftOut)
-{
-    for (unsigned number = 0; number < 3; ++number)
-        file.addMaterial(NumberedMaterial(number));
-    Group("group");
-    file.useMesh(nullIndex, 1, nullptr);
-    file.useMesh(Add(file, StripMesh({}, 2)), 0, nullptr);
-    file.useMesh(nullIndex, 1, QuarterTurn().data());
-    file.useMesh(Add(file, StripMesh()), 1, nullptr);
-    file.endgroup();
-
-    const PRCContent content = Finish();
-    const auto meshes = Orvel::Test::PlacedMeshes(content);
-    ASSERT_EQ(meshes.size(), 2U);
-    EXPECT_EQ(Orvel::Test::MaterialOf(content, meshes[0]).style, &content.styles[2]);
-    EXPECT_EQ(Orvel::Test::MaterialOf(content, meshes[1]).style, &content.styles[1]);
-    EXPECT_EQ(meshes[0].item->style, 2U) << "for viewers that do not look at faces";
-    EXPECT_TRUE(content.occurrences.at(content.root).children.empty());
-}
-
 TEST_F(Placements, RefuseWhatDoesNotExist)
 {
     const std::uint32_t mesh = Add(file, StripMesh());
@@ -155,9 +135,11 @@ TEST_F(Placements, RefuseWhatDoesNotExist)
     EXPECT_THROW(file.useMesh(mesh, 1, nullptr), std::out_of_range);
     EXPECT_THROW(file.useMesh(mesh, 0, matrix.data()), std::invalid_argument);
     EXPECT_THROW(Group("bad", matrix.data()), std::invalid_argument);
-    EXPECT_NO_THROW(file.useMesh(mesh, 0, nullptr)); // a default style stands in for missing materials
+    EXPECT_NO_THROW(file.useMesh(mesh, 0, nullptr));      // a default style stands in for missing materials
+    EXPECT_NO_THROW(file.useMesh(nullIndex, 0, nullptr)); // a mesh that is none is left out
     const PRCContent content = Finish();
     EXPECT_EQ(content.parts.size(), 1U);
+    ASSERT_EQ(content.parts[0].items.size(), 1U);
     EXPECT_EQ(content.parts[0].items[0].style, 0U);
     EXPECT_EQ(content.styles.size(), 1U);
 }

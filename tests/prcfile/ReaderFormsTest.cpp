@@ -36,69 +36,68 @@ MeshFields SixPoints(Numbers indices, std::vector<FaceFields> faces)
     return mesh;
 }
 
-Model::TriangleCorners CornersOf(const MeshFields& mesh, std::size_t face = 0)
+TEST(ReadFaces, OfAllKinds)
 {
-    HandMadeFile file = PlainFile();
-    file.tessellation = TessellationsOf(1, mesh);
-    const Model::PRCModel model = ReadWithoutFindings(file);
-    const Model::Tessellation& tessellation = model.structures.at(0).tessellations.at(0);
-    Model::TriangleCorners corners;
-    Model::appendTriangles(tessellation, tessellation.faces[face], corners);
-    EXPECT_EQ(corners.points.size(), 3 * tessellation.faces[face].triangleCount);
-    return corners;
-}
-
-TEST(ReadFaces, WithFansAndStripsOfOneFace)
-{
-    // Fans and strips in one face: a fan of four corners, then strips of five and of three; normal, point each.
-    MeshFields mesh = SixPoints({}, {{.usedEntities = 4 | 8, .sizes = {1, 4, 2, 5, 3}}});
-    for (const std::uint32_t point : {0U, 1U, 2U, 3U, /**/ 1U, 2U, 3U, 4U, 5U, /**/ 5U, 4U, 0U})
-        mesh.indices.insert(mesh.indices.end(), {3 * (point % 3), 3 * point});
-    const Model::TriangleCorners corners = CornersOf(mesh);
-    EXPECT_EQ(corners.points, (Numbers{0, 1, 2, 0, 2, 3, /**/ 1, 2, 3, 3, 2, 4, 3, 4, 5, /**/ 5, 4, 0}));
-    EXPECT_EQ(corners.normals, (Numbers{0, 1, 2, 0, 2, 0, /**/ 1, 2, 0, 0, 2, 1, 0, 1, 2, /**/ 2, 1, 0}));
-    EXPECT_EQ(corners.textureCoordinates, Numbers(18, nullIndex));
-}
-
-TEST(ReadFaces, WithOneNormalForATriangleOrAFan)
-{
-    constexpr std::uint32_t oneNormal = 0x40000000;
-    const Numbers indices = {3, 0, 0, 2, 3,  4, 6,          // normal 1, then pairs of texture and point
-                             6, 6, 9, 4, 12, 2, 15,         // normal 2
-                             0, 0, 0, 2, 6,  4, 12,         // a fan with one normal
-                             3, 6, 3, 6, 4,  9, 0,  2, 15}; // a fan with three
-    // 8192: textured triangles with one normal; 16384: textured fans, one with and one without the mark.
-    const Model::TriangleCorners corners = CornersOf(
-        SixPoints(indices, {{.usedEntities = 8192 | 16384, .sizes = {2, 2, 3 | oneNormal, 3}, .textureIndices = 1}}));
-    EXPECT_EQ(corners.points, (Numbers{0, 1, 2, 3, 4, 5, 0, 2, 4, 1, 3, 5}));
-    EXPECT_EQ(corners.normals, (Numbers{1, 1, 1, 2, 2, 2, 0, 0, 0, 1, 2, 0}));
-    EXPECT_EQ(corners.textureCoordinates, (Numbers{0, 1, 2, 3, 2, 1, 0, 1, 2, 3, 2, 1}));
-}
-
-TEST(ReadFaces, OneAfterTheOtherWhateverTheirStartsSayWithoutNormals)
-{
-    MeshFields mesh = SixPoints({0, 3, 6, /**/ 2, 4, 9, 0, 6, 12, 4, 2, 15},
-                                {{.sizes = {1}}, {.usedEntities = 512, .start = 6, .sizes = {1}, .textureIndices = 2}});
-    mesh.normals.clear();
-    mesh.recalculateNormals = true;
-    const Model::TriangleCorners corners = CornersOf(mesh, 1);
-    EXPECT_EQ(corners.points, (Numbers{3, 4, 5}));
-    EXPECT_EQ(corners.textureCoordinates, (Numbers{1, 0, 2})) << "the first of two for each corner";
-    EXPECT_EQ(corners.normals, Numbers(3, nullIndex));
-}
-
-TEST(ReadFaces, WithColoursOfTheirCorners)
-{
+    constexpr std::uint32_t one = 0x40000000;
+    constexpr std::uint32_t no = nullIndex;
     const auto colours = [](SectionWriter& section) {
         Put(section, false, false, Byte(10), Byte(20), Byte(30), true, false, Byte(40), Byte(50), Byte(60), true);
     };
-    const MeshFields mesh =
-        SixPoints({0, 0, 0, 3, 0, 6, 0, 9}, {{.usedEntities = 8, .sizes = {1, 4}, .writeColours = colours}});
-    EXPECT_EQ(CornersOf(mesh).colours, (Numbers{0, 1, 2, 2, 1, 3}));
-    HandMadeFile file = PlainFile();
-    file.tessellation = TessellationsOf(1, mesh);
-    EXPECT_THAT(readPRC(file.Bytes()).structures[0].tessellations[0].faces[0].vertexColours,
-                ElementsAre(10, 20, 30, 10, 20, 30, 40, 50, 60, 40, 50, 60));
+    struct Case
+    {
+        const char* what;
+        MeshFields mesh; ///< the last face is looked at.
+        Numbers points, normals, textures, colours;
+    };
+    Case cases[] = {
+        {"a fan of four corners, then strips of five and of three; normal, point each",
+         SixPoints({0, 0, 3, 3, 6, 6, 0, 9, /**/ 3, 3, 6, 6, 0, 9, 3, 12, 6, 15, /**/ 6, 15, 3, 12, 0, 0},
+                   {{.usedEntities = 4 | 8, .sizes = {1, 4, 2, 5, 3}}}),
+         {0, 1, 2, 0, 2, 3, /**/ 1, 2, 3, 3, 2, 4, 3, 4, 5, /**/ 5, 4, 0},
+         {0, 1, 2, 0, 2, 0, /**/ 1, 2, 0, 0, 2, 1, 0, 1, 2, /**/ 2, 1, 0},
+         Numbers(18, no),
+         Numbers(18, no)},
+        {"textured triangles with one normal; textured fans, one with and one without the mark",
+         SixPoints({3, 0, 0, 2, 3,  4, 6,          // normal 1, then pairs of texture and point
+                    6, 6, 9, 4, 12, 2, 15,         // normal 2
+                    0, 0, 0, 2, 6,  4, 12,         // a fan with one normal
+                    3, 6, 3, 6, 4,  9, 0,  2, 15}, // a fan with three
+                   {{.usedEntities = 8192 | 16384, .sizes = {2, 2, 3 | one, 3}, .textureIndices = 1}}),
+         {0, 1, 2, 3, 4, 5, 0, 2, 4, 1, 3, 5},
+         {1, 1, 1, 2, 2, 2, 0, 0, 0, 1, 2, 0},
+         {0, 1, 2, 3, 2, 1, 0, 1, 2, 3, 2, 1},
+         Numbers(12, no)},
+        {"without normals: whatever the start says; the first of two texture coordinates for each corner",
+         SixPoints({0, 3, 6, /**/ 2, 4, 9, 0, 6, 12, 4, 2, 15},
+                   {{.sizes = {1}}, {.usedEntities = 512, .start = 6, .sizes = {1}, .textureIndices = 2}}),
+         {3, 4, 5},
+         {no, no, no},
+         {1, 0, 2},
+         {no, no, no}},
+        {"colours of corners",
+         SixPoints({0, 0, 0, 3, 0, 6, 0, 9}, {{.usedEntities = 8, .sizes = {1, 4}, .writeColours = colours}}),
+         {0, 1, 2, 2, 1, 3},
+         Numbers(6, 0),
+         Numbers(6, no),
+         {0, 1, 2, 2, 1, 3}},
+    };
+    cases[2].mesh.normals.clear();
+    cases[2].mesh.recalculateNormals = true;
+    for (const Case& known : cases) {
+        HandMadeFile file = PlainFile();
+        file.tessellation = TessellationsOf(1, known.mesh);
+        const Model::PRCModel model = ReadWithoutFindings(file);
+        const Model::Tessellation& tessellation = model.structures.at(0).tessellations.at(0);
+        Model::TriangleCorners corners;
+        Model::appendTriangles(tessellation, tessellation.faces.back(), corners);
+        EXPECT_EQ(corners.points, known.points) << known.what;
+        EXPECT_EQ(corners.normals, known.normals) << known.what;
+        EXPECT_EQ(corners.textureCoordinates, known.textures) << known.what;
+        EXPECT_EQ(corners.colours, known.colours) << known.what;
+        EXPECT_EQ(tessellation.faces.back().triangleCount * 3, known.points.size()) << known.what;
+        EXPECT_THAT(tessellation.faces.back().vertexColours,
+                    AnyOf(IsEmpty(), ElementsAre(10, 20, 30, 10, 20, 30, 40, 50, 60, 40, 50, 60)));
+    }
 }
 
 TEST(ReadFaces, RefusesIndicesOutsideTheirArrays)

@@ -90,21 +90,42 @@ private:
         FillWithNumbers(mesh->coordinates, 3 * (1 + random() % 300));
         FillWithNumbers(mesh->normalCoordinates, normals ? 3 * (1 + random() % 100) : 0);
         FillWithNumbers(mesh->textureCoordinates, texture ? 2 * (1 + random() % 100) : 0);
-        mesh->faceTessellation[0]->sizesTriangulated = {random() % 8 == 0 ? 0 : Below(200)};
         mesh->triangulatedIndex.clear();
-        for (std::uint32_t corner = 0; corner < 3 * mesh->faceTessellation[0]->sizesTriangulated[0]; ++corner) {
-            if (normals)
-                mesh->triangulatedIndex.push_back(3 * Below(mesh->normalCoordinates.size() / 3));
-            if (texture)
-                mesh->triangulatedIndex.push_back(2 * Below(mesh->textureCoordinates.size() / 2));
-            mesh->triangulatedIndex.push_back(3 * Below(mesh->coordinates.size() / 3));
-        }
+        mesh->faceTessellation.clear();
+        for (std::uint64_t face = 0, count = 1 + random() % 3; face < count; ++face)
+            AddFace(*mesh, random() % 8 == 0 ? 0 : Below(100));
         auto& kept = meshes.emplace_back(std::make_unique<prc::PRC3DTess>());
         kept->coordinates = mesh->coordinates;
         kept->normalCoordinates = mesh->normalCoordinates;
         kept->textureCoordinates = mesh->textureCoordinates;
         kept->triangulatedIndex = mesh->triangulatedIndex;
+        for (const auto& face : mesh->faceTessellation)
+            kept->faceTessellation.push_back(std::make_unique<prc::PRCTessFace>(*face));
         prc::Test::Add(file, std::move(mesh));
+    }
+
+    void AddFace(prc::PRC3DTess& mesh, std::uint32_t triangles)
+    {
+        auto face = std::make_unique<prc::PRCTessFace>();
+        const bool isTextured = !mesh.textureCoordinates.empty();
+        face->usedEntitiesFlag = isTextured ? prc::UsedEntities::texturedTriangles : prc::UsedEntities::triangles;
+        face->numberOfTextureCoordinateIndexes = isTextured ? 1 : 0;
+        face->startTriangulated = static_cast<std::uint32_t>(mesh.triangulatedIndex.size());
+        face->sizesTriangulated = {triangles};
+        if (random() % 3 == 0)
+            face->lineAttributes = {Below(pictures.size())};
+        face->isRgba = random() % 2 == 0;
+        face->rgbaVertices.resize(random() % 3 == 0 ? triangles * 3U * (face->isRgba ? 4U : 3U) : 0U);
+        for (std::uint8_t& byte : face->rgbaVertices)
+            byte = static_cast<std::uint8_t>(random() % 16 / 15); // neighbours are often equal
+        for (std::uint32_t corner = 0; corner < 3 * triangles; ++corner) {
+            if (!mesh.normalCoordinates.empty())
+                mesh.triangulatedIndex.push_back(3 * Below(mesh.normalCoordinates.size() / 3));
+            if (isTextured)
+                mesh.triangulatedIndex.push_back(2 * Below(mesh.textureCoordinates.size() / 2));
+            mesh.triangulatedIndex.push_back(3 * Below(mesh.coordinates.size() / 3));
+        }
+        mesh.faceTessellation.push_back(std::move(face));
     }
 
     void AddMaterial()
@@ -123,6 +144,15 @@ private:
             record.pictureFormat = static_cast<prc::PRCpictureFormat>(picture.form[2] - 1);
         }
         file.addMaterial(record);
+    }
+
+    static std::uint32_t OwnStyle(const prc::PRC3DTess& mesh)
+    {
+        for (const auto& face : mesh.faceTessellation) {
+            if (face->lineAttributes.empty())
+                return nullIndex;
+        }
+        return mesh.faceTessellation[0]->lineAttributes[0];
     }
 
     std::optional<prc::Matrix> AnyMatrix()
@@ -156,7 +186,10 @@ private:
             const std::uint32_t style = random() % 8 == 0 ? nullIndex : Below(pictures.size());
             const std::optional<prc::Matrix> place = AnyMatrix();
             file.useMesh(mesh, style, place ? place->data() : nullptr);
-            placements[{mesh, style}].insert(place ? Model::multiplied(world, *place) : world);
+            // Where all faces have a style, the item names one as well, for viewers that look no further.
+            const std::uint32_t faceStyle = OwnStyle(*meshes[mesh]);
+            const bool facesWin = style != nullIndex && faceStyle != nullIndex;
+            placements[{mesh, facesWin ? faceStyle : style}].insert(place ? Model::multiplied(world, *place) : world);
         }
         const std::uint64_t groups = depth < 5 ? random() % 4 : depth < 60 ? random() % 2 : 0;
         for (std::uint64_t number = 0; number < groups; ++number)
@@ -184,7 +217,16 @@ void ExpectSameMeshes(const Model::FileStructure& structure, const RandomScene& 
         EXPECT_TRUE(SameBits(got.normalCoordinates, scene.meshes[mesh]->normalCoordinates)) << mesh;
         EXPECT_TRUE(SameBits(got.textureCoordinates, scene.meshes[mesh]->textureCoordinates)) << mesh;
         EXPECT_EQ(got.triangulatedIndices, scene.meshes[mesh]->triangulatedIndex) << mesh;
-        EXPECT_TRUE(got.faces.at(0).isUsable) << mesh;
+        ASSERT_THAT(got.faces, SizeIs(scene.meshes[mesh]->faceTessellation.size()));
+        for (std::size_t number = 0; number < got.faces.size(); ++number) {
+            const Model::Face& face = got.faces[number];
+            const prc::PRCTessFace& want = *scene.meshes[mesh]->faceTessellation[number];
+            EXPECT_TRUE(face.isUsable) << mesh;
+            EXPECT_EQ(face.styles, want.lineAttributes) << mesh << " face " << number;
+            EXPECT_EQ(face.startTriangulated, want.startTriangulated) << mesh << " face " << number;
+            EXPECT_EQ(face.triangleCount, want.sizesTriangulated[0]) << mesh << " face " << number;
+            EXPECT_EQ(face.vertexColours, want.rgbaVertices) << mesh << " face " << number;
+        }
     }
 }
 

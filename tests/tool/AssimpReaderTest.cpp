@@ -1,6 +1,7 @@
 #include "tool/import/AssimpReader.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tool/import/AssimpText.h"
+#include "tool/import/TrackEvaluation.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -333,11 +334,35 @@ Objects:  {
 			P: "Lcl Translation", "Lcl Translation", "", "A",1,2,3
 		}
 	}
+	AnimationStack: 300, "AnimStack::swing", "" {
+	}
+	AnimationLayer: 301, "AnimLayer::base", "" {
+	}
+	AnimationCurveNode: 302, "AnimCurveNode::R", "" {
+		Properties70:  {
+			P: "d|X", "Number", "", "A",0
+			P: "d|Y", "Number", "", "A",0
+			P: "d|Z", "Number", "", "A",30
+		}
+	}
+	AnimationCurve: 303, "AnimCurve::", "" {
+		KeyVer: 4008
+		KeyTime: *2 {
+			a: 0,92372316000
+		}
+		KeyValueFloat: *2 {
+			a: 30,150
+		}
+	}
 }
 Connections:  {
 	C: "OO",200,0
 	C: "OO",201,200
 	C: "OO",100,200
+	C: "OO",301,300
+	C: "OO",302,301
+	C: "OP",302,200, "Lcl Rotation"
+	C: "OP",303,302, "d|Z"
 }
 )";
 
@@ -354,6 +379,20 @@ TEST_F(AssimpReading, MakesOneNodeOfAnFbxPivotChain)
     const ImportedNode& hinge = scene.nodes[static_cast<std::size_t>(scene.roots[0])];
     EXPECT_TRUE(hinge.matrix.IsNear(COrvelMatrix({0, -1, 0, 17, 1, 0, 0, 1, 0, 0, 1, 13, 0, 0, 0, 1}), 1e-5));
     EXPECT_EQ(Node(scene, "leaf").matrix, COrvelMatrix::CreateTranslation({1, 2, 3}));
+
+    // From 30 to 150 degrees about that point in two seconds.
+    ASSERT_THAT(scene.clips, SizeIs(1));
+    EXPECT_EQ(scene.clips[0].name, "swing");
+    EXPECT_NEAR(scene.clips[0].seconds, 2.0, 1e-6);
+    ASSERT_THAT(scene.clips[0].nodes, SizeIs(1));
+    EXPECT_EQ(scene.clips[0].nodes[0].node, scene.roots[0]);
+    for (const double seconds : {0.0, 0.4, 1.0, 1.7, 2.0, 3.0}) {
+        const double angle = (30.0 + 60.0 * std::min(seconds, 2.0)) * std::acos(-1.0) / 180.0;
+        const COrvelMatrix turn = COrvelMatrix().DefineByRotation(angle, 0, 0, 1);
+        const COrvelMatrix expected =
+            COrvelMatrix::CreateTranslation({17, 11, 13}) * turn * COrvelMatrix::CreateTranslation({-10, 0, 0});
+        EXPECT_TRUE(MatrixAt(scene.clips[0].nodes[0], seconds).IsNear(expected, 1e-5)) << seconds;
+    }
 
     // The geometric offset moves the shape and not the child.
     ASSERT_THAT(hinge.children, SizeIs(2));
@@ -491,7 +530,8 @@ TEST_F(AssimpReading, FilesWithoutMeshesKeepTheirGroups)
         "MOTION\nFrames: 1\nFrame Time: 0.1\n0 0 0 0 0 0\n");
     EXPECT_THAT(scene.geometries, IsEmpty());
     EXPECT_EQ(Node(scene, "knee").matrix, COrvelMatrix::CreateTranslation({0, -5, 0}));
-    EXPECT_THAT(report.Warnings(), Contains("left out: 1 animation"));
+    ASSERT_EQ(scene.clips.size(), 1U);
+    EXPECT_EQ(scene.clips[0].nodes.size(), 2U);
 }
 
 TEST(AssimpFormats, ListsWhatCanBeRead)

@@ -145,6 +145,9 @@ public:
 
     void Take(const aiNode& root, const SceneFrame& frame);
 
+    /// For each node where its matrix comes from.
+    [[nodiscard]] std::vector<TransformSources> TakeSources() { return std::move(sources); }
+
 private:
     struct Pending
     {
@@ -154,7 +157,7 @@ private:
 
     Index AddNode();
     Index AddChild(Index parent);
-    void TakeOne(const Pending& pending, const COrvelMatrix& matrix);
+    void TakeOne(const Pending& pending, const COrvelMatrix& matrix, TransformSources matrixSources);
     void TakePivots(const Pending& pending);
     void TakeContent(const aiNode& source, Index node);
     void TakeChildren(const aiNode& source, Index node);
@@ -167,6 +170,7 @@ private:
     std::span<const ImportedPart> meshes;
     CamerasByNode cameras;
     ImportedScene& imported;
+    std::vector<TransformSources> sources;
     std::vector<Pending> pending;
 };
 
@@ -180,7 +184,8 @@ void NodeTaker::Take(const aiNode& root, const SceneFrame& frame)
     } else {
         imported.roots.push_back(AddNode());
         const Index index = imported.roots.back();
-        TakeOne({&root, index}, frame.root);
+        const bool isOwn = frame.root == MatrixFrom(root.mTransformation);
+        TakeOne({&root, index}, frame.root, isOwn ? TransformSources{&root} : TransformSources());
         if (loader.rootIsInvented || TextOf(root.mName).starts_with('<'))
             imported.nodes[static_cast<std::size_t>(index)].name.clear();
     }
@@ -188,7 +193,7 @@ void NodeTaker::Take(const aiNode& root, const SceneFrame& frame)
         const Pending next = pending.back();
         pending.pop_back();
         if (PivotPart(*next.node).empty())
-            TakeOne(next, MatrixFrom(next.node->mTransformation));
+            TakeOne(next, MatrixFrom(next.node->mTransformation), {next.node});
         else
             TakePivots(next);
     }
@@ -203,6 +208,7 @@ bool NodeTaker::StandsForFile(const aiNode& root, const SceneFrame& frame) const
 Index NodeTaker::AddNode()
 {
     imported.nodes.emplace_back();
+    sources.emplace_back();
     return static_cast<Index>(imported.nodes.size() - 1);
 }
 
@@ -213,8 +219,9 @@ Index NodeTaker::AddChild(Index parent)
     return child;
 }
 
-void NodeTaker::TakeOne(const Pending& next, const COrvelMatrix& matrix)
+void NodeTaker::TakeOne(const Pending& next, const COrvelMatrix& matrix, TransformSources matrixSources)
 {
+    sources[static_cast<std::size_t>(next.index)] = std::move(matrixSources);
     ImportedNode& node = imported.nodes[static_cast<std::size_t>(next.index)];
     node.name = NameOf(*next.node);
     node.matrix = matrix;
@@ -228,19 +235,24 @@ void NodeTaker::TakePivots(const Pending& first)
 {
     COrvelMatrix matrix;
     COrvelMatrix geometric;
+    TransformSources matrixSources;
     const aiNode* source = first.node;
     for (; !PivotPart(*source).empty() && source->mNumChildren == 1; source = source->mChildren[0]) {
-        COrvelMatrix& product = PivotPart(*source).starts_with("Geometric") ? geometric : matrix;
-        product *= MatrixFrom(source->mTransformation);
+        const bool isGeometric = PivotPart(*source).starts_with("Geometric");
+        (isGeometric ? geometric : matrix) *= MatrixFrom(source->mTransformation);
+        if (!isGeometric)
+            matrixSources.push_back(source);
     }
     geometric *= MatrixFrom(source->mTransformation);
     if (geometric == COrvelMatrix()) {
-        TakeOne({source, first.index}, matrix);
+        matrixSources.push_back(source);
+        TakeOne({source, first.index}, matrix, std::move(matrixSources));
         return;
     }
     ImportedNode& node = imported.nodes[static_cast<std::size_t>(first.index)];
     node.name = NameOf(*source);
     node.matrix = matrix;
+    sources[static_cast<std::size_t>(first.index)] = std::move(matrixSources);
     const Index content = AddChild(first.index);
     imported.nodes[static_cast<std::size_t>(content)].matrix = geometric;
     imported.nodes[static_cast<std::size_t>(content)].name = NameOf(*source);
@@ -302,10 +314,12 @@ std::string NodeTaker::NameOf(const aiNode& node) const
 
 } // namespace
 
-void TakeNodes(const aiScene& scene, const AssimpLoader& loader, const SceneFrame& frame,
-               std::span<const ImportedPart> meshes, ImportedScene& imported)
+std::vector<TransformSources> TakeNodes(const aiScene& scene, const AssimpLoader& loader, const SceneFrame& frame,
+                                        std::span<const ImportedPart> meshes, ImportedScene& imported)
 {
-    NodeTaker(scene, loader, meshes, imported).Take(*scene.mRootNode, frame);
+    NodeTaker taker(scene, loader, meshes, imported);
+    taker.Take(*scene.mRootNode, frame);
+    return taker.TakeSources();
 }
 
 } // namespace Orvel::Import

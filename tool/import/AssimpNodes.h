@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tool/import/AssimpAnimations.h"
 #include "tool/import/AssimpFrame.h"
 #include "tool/import/AssimpLoaders.h"
 #include "tool/import/ImportReport.h"
@@ -8,6 +9,7 @@
 #include <assimp/scene.h>
 
 #include <span>
+#include <vector>
 
 namespace Orvel::Import
 {
@@ -19,8 +21,10 @@ namespace Orvel::Import
 /// child node that does.
 ///
 /// @param meshes for each mesh of `scene` its part; those without a geometry are passed over.
+/// @return for each node of `imported` where its matrix comes from; none for a root that the loader has turned.
 /// @throws ImportError when a node names a mesh that does not exist.
-void TakeNodes(const aiScene& scene, const AssimpLoader& loader, const SceneFrame& frame,
-               std::span<const ImportedPart> meshes, ImportedScene& imported);
+[[nodiscard]] std::vector<TransformSources> TakeNodes(const aiScene& scene, const AssimpLoader& loader,
+                                                      const SceneFrame& frame, std::span<const ImportedPart> meshes,
+                                                      ImportedScene& imported);
 
 } // namespace Orvel::Import

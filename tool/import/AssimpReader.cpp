@@ -1,5 +1,6 @@
 #include "tool/import/AssimpReader.h"
 
+#include "tool/import/AssimpAnimations.h"
 #include "tool/import/AssimpFiles.h"
 #include "tool/import/AssimpFrame.h"
 #include "tool/import/AssimpLoaders.h"
@@ -109,7 +110,6 @@ std::vector<ImportedPart> TakeMeshes(aiScene& scene, const AssimpLoader& loader,
 
 void CountLeftOut(const aiScene& scene, ImportReport& report)
 {
-    report.CountLeftOut("animation", "animations", scene.mNumAnimations);
     report.CountLeftOut("light", "lights", scene.mNumLights);
 }
 
@@ -156,7 +156,8 @@ ImportedScene ReadWithAssimp(const std::filesystem::path& file, ImportReport& re
     imported.upAxis = frame.upAxis;
     const auto materials = TakeMaterials(*scene, loader, imported, report);
     const auto meshes = TakeMeshes(*scene, loader, surveys, materials, imported, report);
-    TakeNodes(*scene, loader, frame, meshes, imported);
+    const auto sources = TakeNodes(*scene, loader, frame, meshes, imported);
+    TakeAnimations(*scene, sources, imported, report);
     CountLeftOut(*scene, report);
     CountUnused(imported, report);
     return imported;

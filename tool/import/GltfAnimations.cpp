@@ -1,5 +1,6 @@
 #include "tool/import/GltfAnimations.h"
 
+#include "tool/import/AddClip.h"
 #include "tool/import/DistinctNames.h"
 #include "tool/import/GltfMaterialProperties.h"
 #include "tool/import/GltfTransforms.h"
@@ -97,10 +98,7 @@ void GltfAnimations::Convert()
         } catch (const ImportError& error) {
             throw ImportError("animation " + Quoted(clip.name) + ": " + error.what());
         }
-        if (clip.nodes.empty() && clip.materials.empty())
-            report.Warn("animation " + Quoted(clip.name) + " changes nothing that can be shown: it is left out");
-        else
-            scene.clips.push_back(std::move(clip));
+        AddClip(std::move(clip), scene, report);
     }
 }
 

@@ -39,7 +39,7 @@ public:
         , limits(readLimits)
         , model(target)
         , unpackBudget(unpackLimit(fileBytes.size(), readLimits))
-        , decodedBudget(std::min(readLimits.decodedBytes, unpackBudget.whole() * decodedPerUnpacked))
+        , decodedBudget(std::min(readLimits.decodedBytes, product(unpackBudget.whole(), decodedPerUnpacked)))
     {}
 
     /// The main header, and from it what all sections need. Called first.
@@ -55,11 +55,17 @@ private:
 
     static constexpr std::uint64_t decodedPerUnpacked = 16;
 
+    /// The largest number where the product is larger: limits may be anything.
+    static std::uint64_t product(std::uint64_t a, std::uint64_t b)
+    {
+        return b != 0 && a > UINT64_MAX / b ? UINT64_MAX : a * b;
+    }
+
     static std::uint64_t unpackLimit(std::size_t fileSize, const ReadLimits& limits)
     {
         constexpr std::uint64_t always = std::uint64_t{1} << 24;
-        const std::uint64_t times = std::min(limits.expansion, limits.unpackedBytes);
-        return std::min(limits.unpackedBytes, always + times * fileSize);
+        const std::uint64_t inProportion = product(limits.expansion, fileSize);
+        return std::min(limits.unpackedBytes, inProportion > UINT64_MAX - always ? UINT64_MAX : inProportion + always);
     }
 
     [[nodiscard]] std::uint64_t likelySize(std::uint64_t offset) const;

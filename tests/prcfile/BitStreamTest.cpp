@@ -70,13 +70,19 @@ std::optional<Value> ReadBack(const std::string& bits, Value (BitReader::*read)(
     return reader.bitsLeft() < 8 ? std::optional(value) : std::nullopt;
 }
 
+/// The writer, the reader and the decoder of the tests, which share no code, have to agree with the bits.
 template <typename Value>
 void ExpectForms(const std::vector<std::pair<Value, std::string>>& cases, void (BitWriter::*write)(Value),
-                 Value (BitReader::*read)())
+                 Value (BitReader::*read)(), Value (Orvel::Test::PRCBitReader::*readIndependently)())
 {
     for (const auto& [value, bits] : cases) {
-        EXPECT_EQ(Written([&](BitWriter& writer) { (writer.*write)(value); }), Bits(bits)) << value;
+        BitWriter writer;
+        (writer.*write)(value);
+        EXPECT_EQ(BitsOf(writer), Bits(bits)) << value;
         EXPECT_EQ(ReadBack(bits, read), value) << bits;
+        Orvel::Test::PRCBitReader independent("test", {writer.bytes().begin(), writer.bytes().end()},
+                                              Orvel::Test::Strictness::OwnWriter);
+        EXPECT_EQ((independent.*readIndependently)(), value) << bits;
     }
 }
 
@@ -110,7 +116,8 @@ TEST(UnsignedIntegers, AreMarkedBytesFromTheLowEnd)
         {65536, "1 00000000 1 00000000 1 00000001 0"},
         {0x01020304, "1 00000100 1 00000011 1 00000010 1 00000001 0"},
         {4294967295U, "1 11111111 1 11111111 1 11111111 1 11111111 0"}};
-    ExpectForms(cases, &BitWriter::writeUnsignedInteger, &BitReader::readUnsignedInteger);
+    ExpectForms(cases, &BitWriter::writeUnsignedInteger, &BitReader::readUnsignedInteger,
+                &Orvel::Test::PRCBitReader::UnsignedInteger);
     for (const auto& [value, bits] : cases)
         EXPECT_EQ(Written([v = value](BitWriter& writer) { writer.writeUnsignedIntegers({&v, 1}); }), Bits(bits));
     const std::string five = "1 00000001 1 00000001 1 00000001 1 00000001 1 00000001 0";
@@ -131,7 +138,7 @@ TEST(Integers, EndWithTheSignOfTheirLastByte)
                                {1000, "1 11101000 1 00000011 0"},
                                {2147483647, "1 11111111 1 11111111 1 11111111 1 01111111 0"},
                                {-2147483647 - 1, "1 00000000 1 00000000 1 00000000 1 10000000 0"}},
-                              &BitWriter::writeInteger, &BitReader::readInteger);
+                              &BitWriter::writeInteger, &BitReader::readInteger, &Orvel::Test::PRCBitReader::Integer);
 }
 
 TEST(Strings, TellNullFromEmpty)
@@ -171,7 +178,7 @@ TEST(Doubles, HaveTheWorkedOutBits)
          {two(0x112233445566), head + "1 00010001 1 00100010 1 00110011 1 01000100 1 01010101 1 01100110"},
          {two(0x111133445566), head + "1 00010001 1 00010001 1 00110011 1 01000100 1 01010101 1 01100110"},
          {two(0x000000000001), head + "1 00000000 0 110 00000001"}},
-        &BitWriter::writeDouble, &BitReader::readDouble);
+        &BitWriter::writeDouble, &BitReader::readDouble, &Orvel::Test::PRCBitReader::Double);
     EXPECT_EQ(Written([](BitWriter& writer) { writer.writeDouble(-0.0); }), "01");
 }
 

@@ -148,6 +148,9 @@ TEST(HostileFiles, ThatUnpackOrDecodeToMoreThanTheLimit)
     EXPECT_EQ(prc::readPRC(bomb, {.expansion = 100}).structures[0].sections[3].unpackedBytes, 0U)
         << "out of proportion to the file";
 
+    EXPECT_EQ(prc::readPRC(bomb, {UINT64_MAX, UINT64_MAX, UINT64_MAX}).structures[0].sections[3].unpackedBytes,
+              meshes.size());
+
     // Three million zeros of two bits each.
     HandMadeFile file = PlainFile();
     file.tessellation = SectionWriter();

@@ -12,6 +12,7 @@
 #include "tool/cli/WriteScene.h"
 #include "tool/import/ImportReport.h"
 #include "tool/import/LoadDocument.h"
+#include "tool/script/ApplyScript.h"
 
 #include <chrono>
 #include <cstdint>
@@ -67,19 +68,29 @@ ExportSummary SummaryOf(const Import::BuildSummary& built)
     return summary;
 }
 
+Script::SceneScript ScriptOf(const ExportOptions& options)
+{
+    Script::SceneScript script = options.script.empty() ? Script::SceneScript() : Script::ReadScript(options.script);
+    if (options.turntableFrames > 0)
+        script.camera = Script::Turntable(options.turntableFrames);
+    return script;
+}
+
 /// The work of the supervised process.
 nlohmann::json ImportAndWrite(const ExportOptions& options, const Import::LoadOptions& load, const ExportFiles& files,
                               const WorkReporter& reporter)
 {
     Import::ImportReport report;
     reporter.Stage("reading the scene");
-    const Import::LoadedDocument loaded = Import::LoadDocument(options.scene, load, report);
+    Import::LoadedDocument loaded = Import::LoadDocument(options.scene, load, report);
     std::optional<Animate::AnimatedScene> animated;
+    Script::ScriptLooks looks;
     if (files.record.empty()) {
         report.CountLeftOut("animation", "animations", loaded.clips.size());
     } else {
         reporter.Stage("sampling the animation");
         animated = Animate::MakeAnimatedScene(loaded, options.animation, report);
+        looks = Script::ApplyScript(ScriptOf(options), options.animation, loaded, *animated);
     }
     SendWarnings(reporter, report.Warnings(), options.strict);
     reporter.Stage("writing the file");

@@ -17,6 +17,8 @@ struct ExportOptions
     std::string output;
     std::string record;                  ///< file for the record of the export; empty: none
     Import::LoadOptions load;            ///< without its temporary folder
+    std::string script;                  ///< file of a scene script; empty: none
+    int turntableFrames = 0;             ///< of a camera's turn round the scene; 0: none
     Animate::AnimationOptions animation; ///< of what goes into the record
     int maximumTextureSize = 1024;       ///< pixels, 1 or more, of the larger side
     ExistingFile existing = ExistingFile::Replace;

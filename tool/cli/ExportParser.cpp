@@ -42,8 +42,19 @@ void CheckExportFormat(const Parsed& parsed)
             throw UsageError("cannot write '" + extension + "' files ('--format prc' writes PRC under this name)");
 }
 
-void AddAnimationOptions(CLI::App& command, Animate::AnimationOptions& animation)
+void AddAnimationOptions(CLI::App& command, ExportOptions& options)
 {
+    Animate::AnimationOptions& animation = options.animation;
+    command
+        .add_option("--script", options.script,
+                    "Add what FILE says: variants, motion, a camera (see the scene script guide)")
+        ->type_name("FILE")
+        ->needs("--record");
+    command
+        .add_option("--turntable", options.turntableFrames, "Add a camera that goes once round the scene in N frames")
+        ->type_name("N")
+        ->needs("--record")
+        ->check(Number("a number of frames, 1 or more", [](double frames) { return frames >= 1.0 && frames < 2e9; }));
     command
         .add_option("--fps", animation.framesPerSecond,
                     "Sample animations of the scene at N frames a second (default: 24)")
@@ -80,7 +91,7 @@ void AddExportCommand(CLI::App& program, Command& chosen)
         .add_option("--record", options.record,
                     "Write to FILE, as JSON, what drives a viewer: node and material numbers, variants, animation")
         ->type_name("FILE");
-    AddAnimationOptions(command, options.animation);
+    AddAnimationOptions(command, options);
     AddImportOptions(command, options.load);
     command
         .add_option("--max-texture", options.maximumTextureSize,

@@ -33,20 +33,22 @@ Record::RunFacts FactsOf(const Animate::AnimatedScene& animated, const ExportOpt
     facts.clip = animated.timelineClip;
     if (animated.camera)
         facts.camera = animated.camera->Name().toStdString();
+    facts.sceneStates = animated.sceneStateNames;
     facts.framesPerSecond = options.animation.framesPerSecond;
     facts.lastFrame = animated.manager->LastFrame();
     return facts;
 }
 
-void WriteOutput(COrvelPRCWriter& writer, COrvelDocument& document, COrvelPRCMapper* mapper, const ExportFiles& files,
-                 const ExportOptions& options)
+/// @param animated, mapper of the animated run; null for the plain one.
+void WriteOutput(COrvelPRCWriter& writer, COrvelDocument& document, Animate::AnimatedScene* animated,
+                 COrvelPRCMapper* mapper, const ExportFiles& files, const ExportOptions& options)
 {
     const COrvelString file(files.output.c_str());
     bool written = false;
     try {
-        if (mapper) {
+        if (animated) {
             writer.SetPRCMapper(mapper);
-            written = writer.ExportToMemory(&document, file, nullptr, nullptr, nullptr);
+            written = writer.ExportToMemory(&document, file, nullptr, nullptr, &animated->sceneStates);
         } else {
             written = writer.Export(&document, file, nullptr, nullptr, nullptr, nullptr, COrvelUnit());
         }
@@ -66,13 +68,13 @@ void WriteScene(COrvelDocument& document, Animate::AnimatedScene* animated, cons
     COrvelPRCWriter writer;
     writer.SetMaximumTextureSize(options.maximumTextureSize);
     if (!animated) {
-        WriteOutput(writer, document, nullptr, files, options);
+        WriteOutput(writer, document, nullptr, nullptr, files, options);
         return;
     }
     const Record::RunFacts facts = FactsOf(*animated, options);
     writer.SetKeyFrameManager(animated->manager.release());
     COrvelPRCMapper mapper;
-    WriteOutput(writer, document, &mapper, files, options);
+    WriteOutput(writer, document, animated, &mapper, files, options);
     WriteRecordFile(mapper, facts, files, options);
 }
 

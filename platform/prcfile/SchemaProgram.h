@@ -25,7 +25,7 @@ public:
     static constexpr unsigned deepestNesting = 64;
 
     /// All programs of a section together take so many steps at most, and one more for each bit of the section.
-    static constexpr std::uint64_t freeSteps = std::uint64_t{1} << 22;
+    static constexpr std::uint64_t freeSteps = std::uint64_t{1} << 18;
 
     /// @param programs not owned.
     explicit SchemaRunner(const Schemas& programs)

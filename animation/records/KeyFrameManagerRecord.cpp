@@ -5,8 +5,8 @@
 #include "animation/records/TypedKeyFrameData.h"
 #include "platform/core/COrvelArchiveBase.h"
 
+#include <iterator>
 #include <limits>
-#include <ranges>
 
 namespace Orvel
 {
@@ -16,24 +16,18 @@ namespace
 
 constexpr uint32 bytesPerID = 12;
 
-/// Entries for entities. The default id, which names none, is the smallest of all.
-template <class Map>
-auto EntriesOfEntities(Map& map)
-{
-    return std::ranges::subrange(map.upper_bound(COrvelID()), map.end());
-}
-
-/// Writes the number of entries for entities, then each of them.
+/// Writes the number of entries for entities, then each of them. The default id, which names none, is the smallest of
+/// all.
 template <class Map, class WriteEntry>
 bool WriteEntries(COrvelArchiveBase& archive, Map& map, WriteEntry writeEntry)
 {
-    const auto entries = EntriesOfEntities(map);
-    auto count = static_cast<uint32>(std::ranges::distance(entries));
+    const auto first = map.upper_bound(COrvelID());
+    auto count = static_cast<uint32>(std::distance(first, map.end()));
     if (!archive.ReadWrite(count))
         return false;
-    for (auto& [id, value] : entries) {
-        COrvelID key = id;
-        if (!archive.ReadWrite(key) || !writeEntry(value))
+    for (auto entry = first; entry != map.end(); ++entry) {
+        COrvelID id = entry->first;
+        if (!archive.ReadWrite(id) || !writeEntry(entry->second))
             return false;
     }
     return true;

@@ -40,6 +40,14 @@ COrvelPtr<COrvelSequence> MakeSequence(const Import::ImportedClip& clip, int ord
 
 } // namespace
 
+void AddSceneStates(const Import::BuiltDocument& built, AnimatedScene& animated)
+{
+    for (const Import::DocumentVariant& variant : built.variants) {
+        animated.sceneStates.push_back(variant.state);
+        animated.sceneStateNames.push_back(variant.name);
+    }
+}
+
 AnimatedScene MakeAnimatedScene(const Import::BuiltDocument& built, const AnimationOptions& options,
                                 Import::ImportReport& report)
 {
@@ -52,6 +60,7 @@ AnimatedScene MakeAnimatedScene(const Import::BuiltDocument& built, const Animat
     COrvelUUID::SeedGenerator(SeedOfIds);
     AnimatedScene animated;
     animated.manager = std::make_unique<COrvelKeyFrameManager>();
+    animated.framesPerSecond = options.framesPerSecond;
     const SceneExtent extent = MeasureScene(*built.document);
     for (std::size_t i = 0; i < clips.size(); ++i) {
         const ClipKeys keys = MakeClipKeys(built, clips[i], extent.Diagonal(), options);
@@ -62,10 +71,7 @@ AnimatedScene MakeAnimatedScene(const Import::BuiltDocument& built, const Animat
         animated.sequences.push_back(MakeSequence(clips[i], static_cast<int>(i) + 1));
         StoreKeys(keys, *animated.sequences.back());
     }
-    for (const Import::DocumentVariant& variant : built.variants) {
-        animated.sceneStates.push_back(variant.state);
-        animated.sceneStateNames.push_back(variant.name);
-    }
+    AddSceneStates(built, animated);
     animated.camera = ChooseActiveCamera(built, options.camera, *animated.manager, extent, report);
     return animated;
 }

@@ -38,6 +38,7 @@ struct AnimatedScene
     /// The timeline, never null. To be released into the hands of COrvelPRCWriter::SetKeyFrameManager.
     std::unique_ptr<COrvelKeyFrameManager> manager;
     std::string timelineClip; ///< what the timeline shows; empty: nothing moves
+    double framesPerSecond = 0.0;
     /// One for each clip, in the sequence container for as long as they are held here, named like the clips.
     std::vector<COrvelPtr<COrvelSequence>> sequences;
     /// For COrvelPRCWriter::ExportToMemory: the variants of the scene; their replacements belong to the BuiltDocument.
@@ -45,6 +46,9 @@ struct AnimatedScene
     std::vector<std::string> sceneStateNames; ///< one for each of them
     COrvelCamera* camera = nullptr;           ///< the document's active one; null when there is none
 };
+
+/// Appends the variants of a document.
+void AddSceneStates(const Import::BuiltDocument& built, AnimatedScene& animated);
 
 /// Turns the clips of a document into key frame data: the timeline, and a sequence for each clip, all from frame 0 on.
 ///

@@ -33,9 +33,9 @@ struct SceneRecord
     }
 };
 
-SceneRecord RecordOf(const AnimatedScene& animated, double framesPerSecond)
+SceneRecord RecordOf(const AnimatedScene& animated)
 {
-    SceneRecord record{COrvelString(animated.timelineClip), {}, 0.0, framesPerSecond};
+    SceneRecord record{COrvelString(animated.timelineClip), {}, 0.0, animated.framesPerSecond};
     if (animated.camera) {
         record.camera = animated.camera->ID();
         record.distanceToTarget = animated.camera->DistanceFromTarget();
@@ -109,12 +109,12 @@ private:
     std::set<COrvelID> known;
 };
 
-StoredAnimation Load(COrvelDocument& document, const std::string& file, std::int64_t mostFrames)
+AnimatedScene Load(const Import::BuiltDocument& built, const std::string& file, std::int64_t mostFrames)
 {
     COrvelArchiveReader archive{COrvelString(file)};
     if (!archive.ReadHeader())
         throw Import::ImportError("it is no animation file");
-    const EntityTable present = ListEntities(document);
+    const EntityTable present = ListEntities(*built.document);
     EntityTable stored;
     if (!ArchiveEntities(archive, stored))
         throw Import::ImportError("it is damaged");
@@ -134,31 +134,32 @@ StoredAnimation Load(COrvelDocument& document, const std::string& file, std::int
     check.Examine(*animated.manager);
     for (const COrvelPtr<COrvelSequence>& sequence : animated.sequences)
         check.Examine(*sequence);
+    animated.framesPerSecond = scene.framesPerSecond;
     animated.timelineClip = scene.timelineClip.toStdString();
     animated.camera = dynamic_cast<COrvelCamera*>(scene.camera.Entity());
     if (animated.camera) {
         animated.camera->SetDistanceToTarget(scene.distanceToTarget);
-        document.SetActiveCamera(animated.camera);
+        built.document->SetActiveCamera(animated.camera);
     }
-    return {std::move(animated), scene.framesPerSecond};
+    AddSceneStates(built, animated);
+    return animated;
 }
 
 } // namespace
 
-bool SaveAnimation(const COrvelDocument& document, AnimatedScene& animated, double framesPerSecond,
-                   const std::string& file)
+bool SaveAnimation(const COrvelDocument& document, AnimatedScene& animated, const std::string& file)
 {
     COrvelArchiveWriter archive{COrvelString(file)};
     EntityTable entities = ListEntities(document);
-    SceneRecord scene = RecordOf(animated, framesPerSecond);
+    SceneRecord scene = RecordOf(animated);
     return archive.WriteHeader() && ArchiveEntities(archive, entities) && archive.ReadWrite(scene) &&
            ArchiveKeyFrames(archive, *animated.manager) && archive.Commit();
 }
 
-StoredAnimation LoadAnimation(COrvelDocument& document, const std::string& file, std::int64_t mostFrames)
+AnimatedScene LoadAnimation(const Import::BuiltDocument& built, const std::string& file, std::int64_t mostFrames)
 {
     try {
-        return Load(document, file, mostFrames);
+        return Load(built, file, mostFrames);
     } catch (const Import::ImportError& error) {
         throw Import::ImportError("animation file " + Import::Quoted(file) + " cannot be used: " + error.what());
     }

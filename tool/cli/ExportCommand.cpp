@@ -1,6 +1,8 @@
 #include "tool/cli/ExportCommand.h"
 
+#include "platform/core/COrvelUUID.h"
 #include "tool/animation/AnimatedScene.h"
+#include "tool/animation/AnimationFile.h"
 #include "tool/cli/CommandListener.h"
 #include "tool/cli/Console.h"
 #include "tool/cli/Errors.h"
@@ -31,6 +33,7 @@ namespace
 using Clock = std::chrono::steady_clock;
 
 constexpr const char* PrcExtension = ".prc";
+constexpr const char* AnimationExtension = ".orvelanim";
 constexpr const char* RecordExtension = ".json";
 
 std::string AxisName(Import::UpAxis axis)
@@ -76,25 +79,42 @@ Script::SceneScript ScriptOf(const ExportOptions& options)
     return script;
 }
 
+/// The animation, where any of the files shows it.
+std::optional<Animate::AnimatedScene> MakeAnimation(const ExportOptions& options, const Import::LoadedDocument& loaded,
+                                                    Import::ImportReport& report, const WorkReporter& reporter)
+{
+    if (!options.loadAnimation.empty()) {
+        reporter.Stage("reading the animation");
+        return Animate::LoadAnimation(loaded, options.loadAnimation, options.animation.mostFrames);
+    }
+    if (options.record.empty() && options.saveAnimation.empty()) {
+        report.CountLeftOut("animation", "animations", loaded.clips.size());
+        return std::nullopt;
+    }
+    reporter.Stage("sampling the animation");
+    return Animate::MakeAnimatedScene(loaded, options.animation, report);
+}
+
 /// The work of the supervised process.
 nlohmann::json ImportAndWrite(const ExportOptions& options, const Import::LoadOptions& load, const ExportFiles& files,
                               const WorkReporter& reporter)
 {
+    // Animation files name the entities of the scene by their GUIDs: the same ones in every run.
+    constexpr std::uint64_t seedOfGuids = 0x67756964;
+    COrvelUUID::SeedGenerator(seedOfGuids);
     Import::ImportReport report;
     reporter.Stage("reading the scene");
     Import::LoadedDocument loaded = Import::LoadDocument(options.scene, load, report);
-    std::optional<Animate::AnimatedScene> animated;
+    std::optional<Animate::AnimatedScene> animated = MakeAnimation(options, loaded, report, reporter);
+    // Without what scripts add: that is said anew for each export.
+    if (!files.animation.empty() && !Animate::SaveAnimation(*loaded.document, *animated, files.animation))
+        throw CannotWrite(options.saveAnimation, "writing failed");
     Script::ScriptLooks looks;
-    if (files.record.empty()) {
-        report.CountLeftOut("animation", "animations", loaded.clips.size());
-    } else {
-        reporter.Stage("sampling the animation");
-        animated = Animate::MakeAnimatedScene(loaded, options.animation, report);
+    if (!files.record.empty())
         looks = Script::ApplyScript(ScriptOf(options), options.animation, loaded, *animated);
-    }
     SendWarnings(reporter, report.Warnings(), options.strict);
     reporter.Stage("writing the file");
-    WriteScene(*loaded.document, animated ? &*animated : nullptr, files, options);
+    WriteScene(*loaded.document, files.record.empty() ? nullptr : &*animated, files, options);
     return SummaryOf(loaded.summary);
 }
 
@@ -138,14 +158,19 @@ void RunExport(const ExportOptions& options)
     {
         // From here on a signal must not end the program before what is temporary is gone.
         const SignalWatch signals;
-        const InputFile input = ExamineInput(options.scene);
+        InputFile input = ExamineInput(options.scene);
+        if (!options.loadAnimation.empty())
+            input.size += ExamineInput(options.loadAnimation).size;
         const TemporaryFolder temporary;
         const auto open = [&](const std::string& name, const char* extension) {
             return OutputTarget::Open(name, extension, input, options.existing, temporary.Path());
         };
         const auto target = open(options.output, PrcExtension);
         const auto record = options.record.empty() ? nullptr : open(options.record, RecordExtension);
-        const ExportFiles files{target->FileToWrite(), record ? record->FileToWrite() : std::string()};
+        const auto animation =
+            options.saveAnimation.empty() ? nullptr : open(options.saveAnimation, AnimationExtension);
+        const ExportFiles files{target->FileToWrite(), record ? record->FileToWrite() : std::string(),
+                                animation ? animation->FileToWrite() : std::string()};
         Import::LoadOptions load = options.load;
         load.temporaryFolder = temporary.Path();
         load.largestTextureSide = static_cast<std::uint32_t>(options.maximumTextureSize);
@@ -155,6 +180,8 @@ void RunExport(const ExportOptions& options)
         summary.bytes = target->Deliver(signals);
         if (record)
             record->Deliver(signals);
+        if (animation)
+            animation->Deliver(signals);
         summary.warnings = std::move(listener.warnings);
         stdoutIsTaken = target->IsStandardOutput();
     }

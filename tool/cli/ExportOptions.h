@@ -16,6 +16,8 @@ struct ExportOptions
     std::string scene;
     std::string output;
     std::string record;                  ///< file for the record of the export; empty: none
+    std::string saveAnimation;           ///< file to keep the scene's animation in; empty: none
+    std::string loadAnimation;           ///< file that the animation comes from; empty: it is sampled from the scene
     Import::LoadOptions load;            ///< without its temporary folder
     std::string script;                  ///< file of a scene script; empty: none
     int turntableFrames = 0;             ///< of a camera's turn round the scene; 0: none

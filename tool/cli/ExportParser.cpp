@@ -68,6 +68,24 @@ void AddAnimationOptions(CLI::App& command, ExportOptions& options)
         .add_option("--max-frames", animation.mostFrames, "Refuse animations of more than N frames (default: 100000)")
         ->type_name("N")
         ->check(Number("a number of frames, 1 or more", [](double frames) { return frames >= 1.0 && frames < 2e9; }));
+    command.add_option("--save-animation", options.saveAnimation, "Keep the animation of the scene in FILE")
+        ->type_name("FILE");
+    CLI::Option* const load = command.add_option("--load-animation", options.loadAnimation,
+                                                 "Take the animation from FILE, kept before of the same scene");
+    load->type_name("FILE");
+    for (const char* const sampled : {"--fps", "--clip", "--camera"})
+        load->excludes(command.get_option(sampled));
+}
+
+/// Results that go to one file would leave only the last.
+void CheckThatFilesDiffer(const ExportOptions& options)
+{
+    if (options.record == options.output)
+        throw UsageError("the record and the output are the same file");
+    if (options.saveAnimation.empty())
+        return;
+    if (options.saveAnimation == options.output || options.saveAnimation == options.record)
+        throw UsageError("the animation and another result are the same file");
 }
 
 } // namespace
@@ -107,8 +125,7 @@ void AddExportCommand(CLI::App& program, Command& chosen)
         if (parsed->options.output.empty())
             throw UsageError("the name of the output is empty");
         CheckExportFormat(*parsed);
-        if (parsed->options.record == parsed->options.output)
-            throw UsageError("the record and the output are the same file");
+        CheckThatFilesDiffer(parsed->options);
         chosen = std::move(parsed->options);
     });
 }

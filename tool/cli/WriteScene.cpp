@@ -27,14 +27,14 @@ void WriteRecordFile(const COrvelPRCMapper& mapper, const Record::RunFacts& fact
         throw CannotWrite(options.record, std::generic_category().message(errno));
 }
 
-Record::RunFacts FactsOf(const Animate::AnimatedScene& animated, const ExportOptions& options)
+Record::RunFacts FactsOf(const Animate::AnimatedScene& animated)
 {
     Record::RunFacts facts;
     facts.clip = animated.timelineClip;
     if (animated.camera)
         facts.camera = animated.camera->Name().toStdString();
     facts.sceneStates = animated.sceneStateNames;
-    facts.framesPerSecond = options.animation.framesPerSecond;
+    facts.framesPerSecond = animated.framesPerSecond;
     facts.lastFrame = animated.manager->LastFrame();
     return facts;
 }
@@ -71,7 +71,7 @@ void WriteScene(COrvelDocument& document, Animate::AnimatedScene* animated, cons
         WriteOutput(writer, document, nullptr, nullptr, files, options);
         return;
     }
-    const Record::RunFacts facts = FactsOf(*animated, options);
+    const Record::RunFacts facts = FactsOf(*animated);
     writer.SetKeyFrameManager(animated->manager.release());
     COrvelPRCMapper mapper;
     WriteOutput(writer, document, animated, &mapper, files, options);

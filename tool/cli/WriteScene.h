@@ -16,7 +16,8 @@ namespace Orvel::Cli
 struct ExportFiles
 {
     std::string output;
-    std::string record; ///< empty: none
+    std::string record;    ///< empty: none
+    std::string animation; ///< empty: none
 };
 
 /// Writes a document.

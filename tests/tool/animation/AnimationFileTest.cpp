@@ -39,7 +39,8 @@ struct Scene
         wheel->SetMaterial(rubber);
     }
 
-    COrvelDocument document;
+    Import::BuiltDocument built;
+    COrvelDocument& document = *(built.document = std::make_unique<COrvelDocument>());
     COrvelSceneNode* car = COrvelSceneNode::Create(&document, "car");
     COrvel3DObject* wheel = COrvel3DObject::Create(&document);
     COrvelCamera* camera = COrvelCamera::Create(&document, "camera");
@@ -55,6 +56,7 @@ protected:
         Animate::AnimatedScene animated;
         animated.manager = std::make_unique<COrvelKeyFrameManager>();
         animated.timelineClip = "drive";
+        animated.framesPerSecond = 25;
         animated.sequences.emplace_back(COrvelSequence::Create());
         animated.camera = scene.camera;
         scene.camera->SetDistanceToTarget(7);
@@ -76,11 +78,11 @@ protected:
     {
         Scene scene;
         Animate::AnimatedScene animated = Animate(scene);
-        ASSERT_TRUE(Animate::SaveAnimation(scene.document, animated, 25, file));
+        ASSERT_TRUE(Animate::SaveAnimation(scene.document, animated, file));
     }
     void ExpectRefusal(Scene& scene, const char* reason, std::int64_t mostFrames = 100)
     {
-        EXPECT_THAT([&] { static_cast<void>(Animate::LoadAnimation(scene.document, file, mostFrames)); },
+        EXPECT_THAT([&] { static_cast<void>(Animate::LoadAnimation(scene.built, file, mostFrames)); },
                     ThrowsMessage<Import::ImportError>(HasSubstr(reason)));
         EXPECT_FALSE(COrvelID::IsReadingMode());
     }
@@ -93,8 +95,8 @@ TEST_F(AnimationFiles, MoveTheSameSceneReadAnew)
 {
     Save();
     Scene scene;
-    auto [animated, framesPerSecond] = Animate::LoadAnimation(scene.document, file, 100);
-    EXPECT_EQ(framesPerSecond, 25);
+    Animate::AnimatedScene animated = Animate::LoadAnimation(scene.built, file, 100);
+    EXPECT_EQ(animated.framesPerSecond, 25);
     EXPECT_EQ(animated.timelineClip, "drive");
     EXPECT_EQ(animated.camera, scene.camera);
     EXPECT_EQ(scene.document.ActiveCamera(), scene.camera);
@@ -114,10 +116,10 @@ TEST_F(AnimationFiles, MoveTheSameSceneReadAnew)
         EXPECT_TRUE(timeline->StoredKeyFrameDataAtFrame(scene.rubber->ID(), 0));
     }
     const std::string again = (folder.Path() / "again.orvelanim").string();
-    ASSERT_TRUE(Animate::SaveAnimation(scene.document, animated, framesPerSecond, again));
+    ASSERT_TRUE(Animate::SaveAnimation(scene.document, animated, again));
     animated = {};
-    const auto reloaded = Animate::LoadAnimation(scene.document, again, 100);
-    EXPECT_TRUE(reloaded.scene.manager->StoredKeyFrameDataAtFrame(scene.wheel->LocalTransform()->ID(), 15));
+    const Animate::AnimatedScene reloaded = Animate::LoadAnimation(scene.built, again, 100);
+    EXPECT_TRUE(reloaded.manager->StoredKeyFrameDataAtFrame(scene.wheel->LocalTransform()->ID(), 15));
 }
 
 TEST_F(AnimationFiles, AreRefusedWhereTheyDoNotFit)

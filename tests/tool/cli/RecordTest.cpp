@@ -134,6 +134,34 @@ TEST(Record, FollowsCameraAndMaterialFrameByFrame)
     EXPECT_EQ(folder.Names().size(), 4U);
 }
 
+TEST(Record, IsTheSameFromAnAnimationThatWasKept)
+{
+    const TemporaryFolder folder;
+    DrivingFile().Write(folder);
+    const auto exportTo = [&folder](const std::string& name, std::vector<std::string> more) {
+        std::vector<std::string> arguments{"export",           "scene.gltf",       "-o",
+                                           name + ".prc",      "--record",         name + ".json",
+                                           "--save-animation", name + ".orvelanim"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return RunProgram(arguments, folder);
+    };
+    const ProgramResult sampled = exportTo("a", {"--fps", "10"});
+    ASSERT_EQ(sampled.exitCode, 0) << sampled.err;
+    const ProgramResult loaded = exportTo("b", {"--load-animation", "a.orvelanim"});
+    ASSERT_EQ(loaded.exitCode, 0) << loaded.err;
+    for (const char* const kind : {".prc", ".json", ".orvelanim"})
+        EXPECT_EQ(ReadFile(folder / (std::string("b") + kind)), ReadFile(folder / (std::string("a") + kind))) << kind;
+
+    GltfFile other = DrivingFile();
+    other.document["nodes"][2]["name"] = "seat";
+    other.Write(folder);
+    const ProgramResult refused = exportTo("c", {"--load-animation", "a.orvelanim"});
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_THAT(refused.err, testing::HasSubstr("dolly/view', here it is camera 'Units and axes/dolly/seat'"));
+    EXPECT_EQ(exportTo("c", {"--load-animation", "a.orvelanim", "--fps", "5"}).exitCode, 2);
+    EXPECT_THAT(folder.Names(), testing::Not(testing::Contains(testing::StartsWith("c"))));
+}
+
 TEST(Record, IsRefusedWithTheOutput)
 {
     const TemporaryFolder folder;

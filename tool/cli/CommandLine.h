@@ -3,6 +3,7 @@
 #include "tool/cli/ExportOptions.h"
 #include "tool/cli/FormatsCommand.h"
 #include "tool/cli/InspectCommand.h"
+#include "tool/cli/ListCommand.h"
 
 #include <string>
 #include <variant>
@@ -17,7 +18,7 @@ struct TextRequest
 };
 
 /// What the program is asked to do: one alternative for each command.
-using Command = std::variant<TextRequest, ExportOptions, InspectOptions, FormatsOptions>;
+using Command = std::variant<TextRequest, ExportOptions, ListOptions, InspectOptions, FormatsOptions>;
 
 /// Reads the command line.
 ///

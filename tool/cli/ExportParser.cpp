@@ -21,6 +21,8 @@ constexpr const char* ExportExamples = R"(Examples:
   orvelprc export house.fbx -o house.prc --texture-dir textures --max-texture 1024
   orvelprc export part.stl -o part.prc --scale 25.4 --up keep
   orvelprc export chair.glb -o - | wc -c
+  orvelprc export --list robot.glb
+  orvelprc export robot.glb -o robot.prc --record robot.json --clip Walk --fps 30
 
 Lengths become millimetres and z points up where the scene tells its unit and axes; one group at the top of the
 tree does it, and '--scale 1 --up keep' leaves it out. OUT takes the place of an existing file only when all is done.)";
@@ -29,6 +31,7 @@ struct Parsed
 {
     ExportOptions options;
     bool formatIsGiven = false;
+    bool list = false;
 };
 
 /// Names with the extension of another format would deceive everybody who sees the file. Unknown ones, as in
@@ -99,9 +102,9 @@ void AddExportCommand(CLI::App& program, Command& chosen)
     command.add_option("SCENE", options.scene, "The scene to read ('orvelprc formats' lists what can be)")
         ->type_name("")
         ->required();
-    command.add_option("-o,--output", options.output, "The file to write; - writes to standard output")
-        ->type_name("OUT")
-        ->required();
+    const CLI::Option* const output =
+        command.add_option("-o,--output", options.output, "The file to write; - writes to standard output")
+            ->type_name("OUT");
     AddChoice<bool>(command, "--format", parsed->formatIsGiven, {{"prc", true}},
                     "Format of OUT, whatever its name: prc")
         ->type_name("FORMAT");
@@ -116,12 +119,20 @@ void AddExportCommand(CLI::App& program, Command& chosen)
                     "Make textures smaller until no side exceeds N pixels (default: 1024)")
         ->type_name("N")
         ->check(Number("a number of pixels, 1 or more", [](double pixels) { return pixels >= 1.0; }));
-    command.add_flag("--json", options.json, "Print the summary as JSON");
+    command.add_flag("--list", parsed->list,
+                     "Write nothing, but print the names of the scene's cameras, animations, variants and materials");
+    command.add_flag("--json", options.json, "Print the summary, or the list, as JSON");
     command.add_flag("-q,--quiet", options.quiet, "Print no summary, no warnings and no progress");
     command.add_flag("--strict", options.strict, "Fail where there would be a warning");
     AddExistingFileOption(command, options.existing);
     AddLimitOptions(command, options.limits);
-    command.callback([parsed, &chosen] {
+    command.callback([parsed, output, &chosen] {
+        if (parsed->list) {
+            chosen = ListOptions{parsed->options.scene, parsed->options.limits, parsed->options.json};
+            return;
+        }
+        if (output->count() == 0)
+            throw CLI::RequiredError("--output");
         if (parsed->options.output.empty())
             throw UsageError("the name of the output is empty");
         CheckExportFormat(*parsed);

@@ -6,6 +6,7 @@
 #include "tool/cli/ExportCommand.h"
 #include "tool/cli/FormatsCommand.h"
 #include "tool/cli/InspectCommand.h"
+#include "tool/cli/ListCommand.h"
 #include "tool/cli/SignalWatch.h"
 
 #include <fcntl.h>
@@ -45,6 +46,7 @@ struct RunCommand
 {
     void operator()(const TextRequest& request) const { PrintResult(request.text); }
     void operator()(const ExportOptions& options) const { RunExport(options); }
+    void operator()(const ListOptions& options) const { RunList(options); }
     void operator()(const InspectOptions& options) const { RunInspect(options); }
     void operator()(const FormatsOptions& options) const { RunFormats(options); }
 };

@@ -34,10 +34,15 @@ void CheckIsFileWithContent(const std::filesystem::path& file)
 
 } // namespace
 
-LoadedDocument LoadDocument(const std::filesystem::path& file, const LoadOptions& options, ImportReport& report)
+ImportedScene ReadScene(const std::filesystem::path& file, ImportReport& report)
 {
     CheckIsFileWithContent(file);
-    ImportedScene scene = IsGltf(file) ? ReadGltf(file, report) : ReadWithAssimp(file, report);
+    return IsGltf(file) ? ReadGltf(file, report) : ReadWithAssimp(file, report);
+}
+
+LoadedDocument LoadDocument(const std::filesystem::path& file, const LoadOptions& options, ImportReport& report)
+{
+    ImportedScene scene = ReadScene(file, report);
     TextureFiles textures(file, options.textureFolders, options.temporaryFolder, report, options.largestTextureSide);
     LoadedDocument loaded = BuildDocument(std::move(scene), textures, options);
     // Cameras and groups alone are exported too, but a picture of them is blank.

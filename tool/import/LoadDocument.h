@@ -22,6 +22,9 @@ struct LoadOptions : BuildOptions
 
 using LoadedDocument = BuiltDocument;
 
+/// Reads a scene file without building a document of it; see LoadDocument.
+[[nodiscard]] ImportedScene ReadScene(const std::filesystem::path& file, ImportReport& report);
+
 /// Reads a scene file, glTF 2.0 through its own reader and every other format through Assimp, and builds its document.
 ///
 /// @param file   the scene; further files that it names are looked for beside it.

@@ -173,6 +173,36 @@ TEST(Record, IsRefusedWithTheOutput)
     EXPECT_THAT(folder.Names(), testing::ElementsAre("groups.dae"));
 }
 
+TEST(Listing, NamesWhatOtherOptionsAskFor)
+{
+    const TemporaryFolder folder;
+    GltfFile file = TriangleFile();
+    file.document["nodes"] = json::parse(R"([{"name": "Crane", "children": [1]}, {"camera": 0},
+                                            {"name": "Fixed", "camera": 0}, {"mesh": 0}])");
+    file.document["scenes"][0]["nodes"] = {0, 2, 3};
+    file.document["cameras"] =
+        json::parse(R"([{"name": "Eye", "type": "perspective", "perspective": {"yfov": 1, "znear": 1}}])");
+    file.document["materials"] = json::parse(R"([{"name": "Oak\u00e9"}, {"name": "Unused"}])");
+    file.document["meshes"][0]["primitives"][0]["material"] = 0;
+    file.document["extensions"]["KHR_materials_variants"]["variants"] = json::parse(R"([{"name": "Night"}])");
+    const int times = file.Accessor(file.View<float>({0, 1.5F}), Float, "SCALAR", 2);
+    file.document["animations"] = json::parse(R"([{"name": "Lift", "channels": [
+        {"sampler": 0, "target": {"node": 0, "path": "translation"}}], "samplers": [{}]}])");
+    file.document["animations"][0]["samplers"][0] = {{"input", times}, {"output", file.Vectors({0, 0, 0, 0, 9, 0})}};
+    file.Write(folder);
+
+    const ProgramResult asJson = RunProgram({"export", "--list", "--json", "scene.gltf"}, folder);
+    ASSERT_EQ(asJson.exitCode, 0) << asJson.err;
+    EXPECT_EQ(json::parse(asJson.out), json::parse(R"({
+        "cameras": [{"name": "Eye", "moves": true}, {"name": "Fixed", "moves": false}],
+        "clips": [{"name": "Lift", "seconds": 1.5}], "variants": [{"name": "Night"}],
+        "materials": [{"name": "Oak\u00e9"}]})"));
+    EXPECT_EQ(RunProgram({"export", "--list", "scene.gltf"}, folder).out,
+              "cameras:\n  'Eye', moves\n  'Fixed'\nclips:\n  'Lift', 1.5 s\nvariants:\n  'Night'\n"
+              "materials:\n  'Oak\u00e9'\n");
+    EXPECT_EQ(RunProgram({"export", "scene.gltf"}, folder).exitCode, 2) << "without --list an output is needed";
+}
+
 } // namespace
 
 } // namespace Orvel::Test

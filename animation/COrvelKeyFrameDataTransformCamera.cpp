@@ -109,10 +109,10 @@ void* COrvelKeyFrameDataTransformCamera::DataMemberSearch(int index, int& type, 
         return index < inherited ? COrvelKeyFrameDataTransform::DataMemberSearch(index, type, name, apply)
                                  : OpticsMember(index - inherited, type, name, apply);
     }
-    constexpr int OrbitCount = 3;
+    constexpr int orbitCount = 3;
     switch (index) {
     case countCommand:
-        type = OrbitCount + OpticsCount;
+        type = orbitCount + OpticsCount;
         return nullptr;
     case 0:
     case 1:
@@ -120,7 +120,7 @@ void* COrvelKeyFrameDataTransformCamera::DataMemberSearch(int index, int& type, 
     case 2:
         return DoubleMember(angleInDegrees, "Angle", type, name);
     default:
-        return OpticsMember(index - OrbitCount, type, name, apply);
+        return OpticsMember(index - orbitCount, type, name, apply);
     }
 }
 

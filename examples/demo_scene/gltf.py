@@ -8,6 +8,18 @@ ARRAY_BUFFER, ELEMENT_ARRAY_BUFFER = 34962, 34963
 UNSIGNED_SHORT, UNSIGNED_INT, FLOAT = 5123, 5125, 5126
 
 
+class Animation:
+    """A named clip: tracks of nodes, and of properties of materials as the rest of a JSON pointer below the material."""
+
+    def __init__(self, name):
+        self.name, self.tracks = name, []
+
+    def add(self, target, path, times, values, interpolation="LINEAR"):
+        """`target` is a Node or a material. `times` are seconds; `values` tuples, one for each time, of a
+        "CUBICSPLINE" three: tangent before, value, tangent behind."""
+        self.tracks.append((target, path, times, values, interpolation))
+
+
 class Mesh:
     """A geometry in a material. Nodes that share a mesh share it in the file; meshes that share a geometry share its
     accessors."""
@@ -37,14 +49,22 @@ class Writer:
     def __init__(self, generator):
         self._document = {"asset": {"version": "2.0", "generator": generator}, "scene": 0}
         self._buffer = bytearray()
-        self._known = {}     # id of a geometry, mesh or material -> index; the objects stay alive in _kept
+        self._known = {}     # id of a geometry, mesh, material or node -> index; the objects stay alive in _kept
         self._kept = []
         self._textures = {}  # picture name -> texture index
+        self._variants = []  # of each variant the pairs of a material and the one that replaces it
 
-    def write(self, folder, name, scene_name, roots, pictures):
-        """Writes `name`.gltf, `name`.bin and textures/*.png; `pictures` maps the used names to `Picture`s."""
+    def write(self, folder, name, scene_name, roots, pictures, animations=(), variants=()):
+        """Writes `name`.gltf, `name`.bin and textures/*.png; `pictures` maps the used names to `Picture`s. A variant is
+        a name and a list of pairs: a material and the one that replaces it."""
         folder = pathlib.Path(folder)
-        nodes = [self._node(root) for root in roots]
+        self._variants = [pairs for _, pairs in variants]
+        nodes = [self._once(root, self._node) for root in roots]
+        for animation in animations:
+            self._animation(animation)
+        if variants:
+            self._use("KHR_materials_variants")
+            self._document["extensions"] = {"KHR_materials_variants": {"variants": [{"name": n} for n, _ in variants]}}
         self._document["scenes"] = [{"name": scene_name, "nodes": nodes}]
         self._document["buffers"] = [{"uri": name + ".bin", "byteLength": len(self._buffer)}]
         (folder / "textures").mkdir(parents=True, exist_ok=True)
@@ -76,7 +96,7 @@ class Writer:
         if node.camera is not None:
             value["camera"] = self._append("cameras", node.camera)
         index = self._append("nodes", value)
-        children = [self._node(child) for child in node.children]
+        children = [self._once(child, self._node) for child in node.children]
         if children:
             value["children"] = children
         return index
@@ -84,6 +104,11 @@ class Writer:
     def _mesh(self, mesh):
         primitive = dict(self._once(mesh.geometry, self._geometry))
         primitive["material"] = self._once(mesh.material, self._material)
+        mappings = [{"variants": [number], "material": self._once(replacement, self._material)}
+                    for number, pairs in enumerate(self._variants)
+                    for material, replacement in pairs if material is mesh.material]
+        if mappings:
+            primitive["extensions"] = {"KHR_materials_variants": {"mappings": mappings}}
         return self._append("meshes", {"name": mesh.name, "primitives": [primitive]})
 
     def _geometry(self, geometry):
@@ -106,11 +131,35 @@ class Writer:
 
     def _accessor(self, numbers, code, component_type, kind, count, target):
         data = struct.pack("<%d%s" % (len(numbers), code), *numbers)
-        view = self._append("bufferViews", {"buffer": 0, "byteOffset": len(self._buffer), "byteLength": len(data),
-                                            "target": target})
+        view = {"buffer": 0, "byteOffset": len(self._buffer), "byteLength": len(data)}
+        view = self._append("bufferViews", {**view, "target": target} if target else view)
         self._buffer += data + bytes(-len(data) % 4)
         return self._append("accessors", {"bufferView": view, "componentType": component_type, "count": count,
                                           "type": kind})
+
+    def _use(self, extension):
+        used = self._document.setdefault("extensionsUsed", [])
+        if extension not in used:
+            used.append(extension)
+
+    def _animation(self, animation):
+        channels, samplers = [], []
+        for target, path, times, values, interpolation in animation.tracks:
+            kind = {1: "SCALAR", 3: "VEC3", 4: "VEC4"}[len(values[0])]
+            flat = [float(number) for value in values for number in value]
+            clock = self._accessor([float(time) for time in times], "f", FLOAT, "SCALAR", len(times), None)
+            self._document["accessors"][clock].update(min=[float(times[0])], max=[float(times[-1])])
+            samplers.append({"input": clock, "interpolation": interpolation,
+                             "output": self._accessor(flat, "f", FLOAT, kind, len(values), None)})
+            channels.append({"sampler": len(samplers) - 1, "target": self._target(target, path)})
+        self._append("animations", {"name": animation.name, "channels": channels, "samplers": samplers})
+
+    def _target(self, target, path):
+        if isinstance(target, Node):
+            return {"node": self._known[id(target)], "path": path}
+        self._use("KHR_animation_pointer")
+        pointer = "/materials/%d/%s" % (self._known[id(target)], path)
+        return {"path": "pointer", "extensions": {"KHR_animation_pointer": {"pointer": pointer}}}
 
     def _material(self, material):
         value = dict(material)

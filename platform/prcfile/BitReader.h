@@ -157,7 +157,7 @@ inline std::uint64_t BitReader::readMantissaBytes(std::uint64_t bytesBefore)
         advance(9 * full + 12);
         return (filled & ~std::uint64_t{0xFF}) | (bits >> (52 - 9 * full) & 0xFF);
     }
-    advance(9 * full);
+    advance(std::size_t{9} * full);
     return readMantissaWithDistances(bytesBefore << 48 | (sixBytes & ~rest), full);
 }
 

@@ -16,6 +16,7 @@ namespace
 
 constexpr const char* ProgramExamples = R"(Examples:
   orvelprc export chair.glb -o chair.prc
+  orvelprc convert chair.prc -o chair.glb
   orvelprc inspect chair.prc
   orvelprc formats
 
@@ -39,13 +40,14 @@ UsageError UsageErrorFor(const CLI::App& program, const CLI::ParseError& error)
 Command ParseCommandLine(int argumentCount, const char* const* arguments)
 {
     Command chosen;
-    CLI::App program("Turns 3D scenes into PRC (ISO 14739-1), the 3D format inside PDF.", "orvelprc");
+    CLI::App program("Turns 3D scenes into PRC (ISO 14739-1), the 3D format inside PDF, and back.", "orvelprc");
     program.footer(ProgramExamples);
     program.set_version_flag("--version", "orvelprc " ORVEL_VERSION, "Print the version and end");
     program.require_subcommand(1);
     program.get_formatter()->column_width(28);
     program.get_formatter()->label("SUBCOMMAND", "COMMAND");
     AddExportCommand(program, chosen);
+    AddConvertCommand(program, chosen);
     AddInspectCommand(program, chosen);
     AddFormatsCommand(program, chosen);
     try {

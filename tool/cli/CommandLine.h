@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tool/cli/ConvertCommand.h"
 #include "tool/cli/ExportOptions.h"
 #include "tool/cli/FormatsCommand.h"
 #include "tool/cli/InspectCommand.h"
@@ -18,7 +19,7 @@ struct TextRequest
 };
 
 /// What the program is asked to do: one alternative for each command.
-using Command = std::variant<TextRequest, ExportOptions, ListOptions, InspectOptions, FormatsOptions>;
+using Command = std::variant<TextRequest, ExportOptions, ListOptions, ConvertOptions, InspectOptions, FormatsOptions>;
 
 /// Reads the command line.
 ///

@@ -15,6 +15,7 @@ namespace Orvel::Cli
 /// @param chosen not owned; set while the program parses, when the command is the one that was given. A combination
 ///               that means nothing ends parsing with a UsageError.
 void AddExportCommand(CLI::App& program, Command& chosen);
+void AddConvertCommand(CLI::App& program, Command& chosen);
 void AddInspectCommand(CLI::App& program, Command& chosen);
 void AddFormatsCommand(CLI::App& program, Command& chosen);
 

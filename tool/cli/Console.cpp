@@ -63,4 +63,19 @@ void PrintResult(std::string_view text)
         throw Failure("cannot write to standard output: " + std::generic_category().message(errno));
 }
 
+void PrintSummary(std::string_view text, bool isAskedFor, bool stdoutIsTaken)
+{
+    if (stdoutIsTaken) {
+        PrintMessage(text);
+        return;
+    }
+    try {
+        PrintResult(text);
+    } catch (const Failure& failure) {
+        if (isAskedFor)
+            throw;
+        PrintWarning(failure.what());
+    }
+}
+
 } // namespace Orvel::Cli

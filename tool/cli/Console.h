@@ -20,4 +20,11 @@ void PrintMessage(std::string_view text);
 /// @throws Failure when it cannot be written.
 void PrintResult(std::string_view text);
 
+/// Prints what a command has made, whose file is in its place by now.
+///
+/// @param isAskedFor    the user wants just this text: that it cannot be written is a failure, else a warning.
+/// @param stdoutIsTaken the result itself went there; the summary goes to stderr.
+/// @throws Failure
+void PrintSummary(std::string_view text, bool isAskedFor, bool stdoutIsTaken);
+
 } // namespace Orvel::Cli

@@ -129,25 +129,6 @@ ExportSummary RunWork(const ExportOptions& options, const InputFile& input, cons
     }
 }
 
-void PrintSummary(const ExportSummary& summary, const ExportOptions& options, bool stdoutIsTaken)
-{
-    if (options.quiet && !options.json)
-        return;
-    const std::string text = options.json ? JsonOf(summary) : TextOf(summary);
-    if (stdoutIsTaken) {
-        PrintMessage(text);
-        return;
-    }
-    try {
-        PrintResult(text);
-    } catch (const Failure& failure) {
-        // The file is in its place. Only who asked for JSON misses something without the summary.
-        if (options.json)
-            throw;
-        PrintWarning(failure.what());
-    }
-}
-
 } // namespace
 
 void RunExport(const ExportOptions& options)
@@ -188,7 +169,8 @@ void RunExport(const ExportOptions& options)
     summary.input = options.scene;
     summary.output = options.output;
     summary.seconds = std::chrono::duration<double>(Clock::now() - start).count();
-    PrintSummary(summary, options, stdoutIsTaken);
+    if (options.json || !options.quiet)
+        PrintSummary(options.json ? JsonOf(summary) : TextOf(summary), options.json, stdoutIsTaken);
 }
 
 } // namespace Orvel::Cli

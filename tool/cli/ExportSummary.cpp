@@ -18,25 +18,6 @@ namespace
 
 constexpr std::size_t MostTexturesInText = 12;
 
-std::string SizeText(std::uint64_t bytes)
-{
-    constexpr std::array Units{"kB", "MB", "GB", "TB"};
-    if (bytes < 1000)
-        return std::to_string(bytes) + " bytes";
-    double size = static_cast<double>(bytes) / 1000.0;
-    std::size_t unit = 0;
-    for (; size >= 999.95 && unit + 1 < Units.size(); ++unit)
-        size /= 1000.0;
-    return FixedText(size, 1) + " " + Units[unit];
-}
-
-std::string Line(std::string_view label, const std::string& value)
-{
-    std::string line = "  " + std::string(label);
-    line.append(std::max<std::size_t>(13, line.size() + 1) - line.size(), ' ');
-    return line + value + "\n";
-}
-
 std::string SidesText(std::uint32_t width, std::uint32_t height)
 {
     return std::to_string(width) + " x " + std::to_string(height);
@@ -44,16 +25,17 @@ std::string SidesText(std::uint32_t width, std::uint32_t height)
 
 std::string TextureLines(const std::vector<ExportSummary::Texture>& textures)
 {
-    std::string text = Line("textures", std::to_string(textures.size()));
+    std::string text = LabelledLine("textures", std::to_string(textures.size()));
     const std::size_t shown = std::min(textures.size(), MostTexturesInText);
     for (std::size_t i = 0; i < shown; ++i) {
         const ExportSummary::Texture& texture = textures[i];
         const std::string size = SidesText(texture.width, texture.height);
         const std::string storedSize = SidesText(texture.storedWidth, texture.storedHeight);
-        text += Line("", Quoted(texture.name) + ", " + size + (storedSize == size ? "" : ", stored as " + storedSize));
+        text += LabelledLine("", Quoted(texture.name) + ", " + size +
+                                     (storedSize == size ? "" : ", stored as " + storedSize));
     }
     if (shown < textures.size())
-        text += Line("", "and " + std::to_string(textures.size() - shown) + " more");
+        text += LabelledLine("", "and " + std::to_string(textures.size() - shown) + " more");
     return text;
 }
 
@@ -62,7 +44,7 @@ std::string TopGroupLine(const ExportSummary::TopGroup& group)
     std::string effect = "lengths times " + ShortestText(group.scale);
     if (group.fromUp != group.toUp)
         effect += ", " + group.fromUp + " up becomes " + group.toUp + " up";
-    return Line("top group", Quoted(group.name) + ": " + effect);
+    return LabelledLine("top group", Quoted(group.name) + ": " + effect);
 }
 
 } // namespace
@@ -112,11 +94,11 @@ std::string TextOf(const ExportSummary& summary)
     const ExportSummary::Triangles& triangles = summary.triangles;
     std::string text = Quoted(summary.input) + " (" + OneLine(summary.inputFormat) + ") -> " + Quoted(summary.output) +
                        ", " + SizeText(summary.bytes) + " in " + FixedText(summary.seconds, 2) + " s\n";
-    text += Line("nodes", std::to_string(summary.nodes));
-    text += Line("objects", std::to_string(summary.objects) + " of " + Count(summary.meshes, "mesh", "meshes"));
-    text += Line("triangles",
-                 std::to_string(triangles.stored) + " stored, " + std::to_string(triangles.placed) + " placed");
-    text += Line("materials", std::to_string(summary.materials));
+    text += LabelledLine("nodes", std::to_string(summary.nodes));
+    text += LabelledLine("objects", std::to_string(summary.objects) + " of " + Count(summary.meshes, "mesh", "meshes"));
+    text += LabelledLine("triangles",
+                         std::to_string(triangles.stored) + " stored, " + std::to_string(triangles.placed) + " placed");
+    text += LabelledLine("materials", std::to_string(summary.materials));
     text += TextureLines(summary.textures);
     return summary.topGroup ? text + TopGroupLine(*summary.topGroup) : text;
 }

@@ -55,6 +55,9 @@ public:
     /// True when the bytes of the result go to stdout, where then nothing else may be printed.
     [[nodiscard]] virtual bool IsStandardOutput() const = 0;
 
+    /// True when the result gets a name in a folder, where files that belong to it can stand beside it.
+    [[nodiscard]] virtual bool IsRegularFile() const = 0;
+
 protected:
     OutputTarget() = default;
 };

@@ -2,6 +2,7 @@
 
 #include "tool/cli/CommandLine.h"
 #include "tool/cli/Console.h"
+#include "tool/cli/ConvertCommand.h"
 #include "tool/cli/Errors.h"
 #include "tool/cli/ExportCommand.h"
 #include "tool/cli/FormatsCommand.h"
@@ -47,6 +48,7 @@ struct RunCommand
     void operator()(const TextRequest& request) const { PrintResult(request.text); }
     void operator()(const ExportOptions& options) const { RunExport(options); }
     void operator()(const ListOptions& options) const { RunList(options); }
+    void operator()(const ConvertOptions& options) const { RunConvert(options); }
     void operator()(const InspectOptions& options) const { RunInspect(options); }
     void operator()(const FormatsOptions& options) const { RunFormats(options); }
 };

@@ -24,6 +24,7 @@ public:
     [[nodiscard]] const std::string& FileToWrite() const override { return fileToWrite; }
     std::uint64_t Deliver(const SignalWatch& signals) override;
     [[nodiscard]] bool IsStandardOutput() const override { return false; }
+    [[nodiscard]] bool IsRegularFile() const override { return true; }
 
 private:
     void GiveModeAndOwner() const;

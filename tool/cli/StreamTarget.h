@@ -20,6 +20,7 @@ public:
     [[nodiscard]] const std::string& FileToWrite() const override { return fileToWrite; }
     std::uint64_t Deliver(const SignalWatch& signals) override;
     [[nodiscard]] bool IsStandardOutput() const override { return name == StandardOutput; }
+    [[nodiscard]] bool IsRegularFile() const override { return false; }
 
 private:
     [[nodiscard]] FileDescriptor OpenStream(const SignalWatch& signals) const;

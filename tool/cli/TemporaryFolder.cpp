@@ -23,18 +23,26 @@ std::filesystem::path ParentFolder()
     return error ? parent : absolute;
 }
 
-} // namespace
-
-TemporaryFolder::TemporaryFolder()
+/// @param pattern ends with six X.
+std::filesystem::path MakeFolder(const std::filesystem::path& parent, const char* pattern)
 {
-    const std::filesystem::path parent = ParentFolder();
-    std::string name = (parent / "orvelprc-XXXXXX").string();
+    std::string name = (parent / pattern).string();
     if (::mkdtemp(name.data()) == nullptr) {
         throw Failure("cannot create a temporary folder in " + Quoted(parent.string()) + ": " +
                       std::generic_category().message(errno));
     }
-    path = name;
+    return name;
 }
+
+} // namespace
+
+TemporaryFolder::TemporaryFolder()
+    : path(MakeFolder(ParentFolder(), "orvelprc-XXXXXX"))
+{}
+
+TemporaryFolder::TemporaryFolder(const std::filesystem::path& parent)
+    : path(MakeFolder(parent, ".orvelprc-XXXXXX"))
+{}
 
 TemporaryFolder::~TemporaryFolder()
 {

@@ -12,6 +12,10 @@ class TemporaryFolder
 public:
     /// @throws Failure when it cannot be made.
     TemporaryFolder();
+
+    /// A hidden one in `parent`, for files that shall be moved from it.
+    explicit TemporaryFolder(const std::filesystem::path& parent);
+
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
     ~TemporaryFolder();

@@ -70,4 +70,23 @@ std::string Count(unsigned long count, std::string_view one, std::string_view ma
     return std::to_string(count) + " " + std::string(count == 1 ? one : many);
 }
 
+std::string SizeText(std::uint64_t bytes)
+{
+    constexpr std::array Units{"kB", "MB", "GB", "TB"};
+    if (bytes < 1000)
+        return std::to_string(bytes) + " bytes";
+    double size = static_cast<double>(bytes) / 1000.0;
+    std::size_t unit = 0;
+    for (; size >= 999.95 && unit + 1 < Units.size(); ++unit)
+        size /= 1000.0;
+    return FixedText(size, 1) + " " + Units[unit];
+}
+
+std::string LabelledLine(std::string_view label, const std::string& value)
+{
+    std::string line = "  " + std::string(label);
+    line.append(std::max<std::size_t>(13, line.size() + 1) - line.size(), ' ');
+    return line + value + "\n";
+}
+
 } // namespace Orvel::Cli

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -21,5 +22,11 @@ namespace Orvel::Cli
 
 /// "1 mesh", "2 meshes".
 [[nodiscard]] std::string Count(unsigned long count, std::string_view one, std::string_view many);
+
+/// "17 bytes", "1.6 MB"; units are powers of 1000.
+[[nodiscard]] std::string SizeText(std::uint64_t bytes);
+
+/// A line of a summary: the label, indented and padded, and the value.
+[[nodiscard]] std::string LabelledLine(std::string_view label, const std::string& value);
 
 } // namespace Orvel::Cli

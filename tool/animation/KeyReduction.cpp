@@ -36,7 +36,10 @@ int EndOfGap(const SampledMotion& motion, const KeyRange& range)
     }
     while (bad - good > 1) {
         const int middle = good + (bad - good) / 2;
-        (CanBridge(motion, range, middle) ? good : bad) = middle;
+        if (CanBridge(motion, range, middle))
+            good = middle;
+        else
+            bad = middle;
     }
     return good;
 }

@@ -15,6 +15,10 @@ struct KeyRange
     bool operator==(const KeyRange&) const = default;
 };
 
+/// What two samples may differ by to count as a state that does not change, as a part of the tolerance: far less than
+/// all of it, so that slow motion does not become a staircase.
+inline constexpr double SameState = 1e-3;
+
 /// What is known of a motion that was sampled at every frame.
 struct SampledMotion
 {

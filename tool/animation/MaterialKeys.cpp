@@ -24,9 +24,6 @@ namespace
 /// Everything of the looks that changes gradually: four colours and the opacity.
 using Channels = std::array<double, 13>;
 
-/// See the same number of transforms: slow changes do not become a staircase.
-constexpr double SameState = 1e-3;
-
 Channels ChannelsOf(const Import::ImportedMaterial& looks)
 {
     Channels channels{};

@@ -18,10 +18,6 @@ namespace Orvel::Animate
 namespace
 {
 
-/// What two samples may differ by to count as a state that does not change, as a part of the tolerance: far less than
-/// all of it, so that slow motion does not become a staircase.
-constexpr double SameState = 1e-3;
-
 double SizeOfAxes(const COrvelMatrix& a)
 {
     double squares = 0.0;

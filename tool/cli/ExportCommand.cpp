@@ -89,6 +89,7 @@ std::optional<Animate::AnimatedScene> MakeAnimation(const ExportOptions& options
     }
     if (options.record.empty() && options.saveAnimation.empty()) {
         report.CountLeftOut("animation", "animations", loaded.clips.size());
+        report.CountLeftOut("variant of materials", "variants of materials", loaded.variants.size());
         return std::nullopt;
     }
     reporter.Stage("sampling the animation");

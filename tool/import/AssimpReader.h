@@ -21,8 +21,9 @@ struct SceneFormat
 ///
 /// Node tree, names and local matrices come as the file has them; what Assimp bakes into the root node for the sake of
 /// units and axes is taken out again and told through `unitInMillimetres` and `upAxis`. A mesh that several nodes use
-/// is one geometry. Polygons become triangles; points and lines, skins, morphs, animations of meshes, lights and the
-/// like are counted in `report`. Picture paths are left as the file gives them (see TextureFiles).
+/// is one geometry. Animations of nodes become clips. Polygons become triangles; points and lines, skins, morphs,
+/// animations of meshes, lights and the like are counted in `report`. Picture paths are left as the file gives them
+/// (see TextureFiles).
 ///
 /// @param file   a regular file with content, which LoadDocument makes sure of. Opened by the reader; further files
 /// that it names (material libraries, buffers) are read from beside it.

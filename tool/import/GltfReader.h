@@ -21,10 +21,13 @@ namespace Orvel::Import
 /// accessors share one geometry. Texture coordinates are those that the base colour texture uses, turned over so that v
 /// = 0 is the bottom edge.
 ///
+/// Animations become clips: translation, rotation and scale of nodes, and, through KHR_animation_pointer, these and the
+/// values of materials. KHR_materials_variants become variants.
+///
 /// @param report what the exported file cannot hold is counted here, and what was repaired is told.
 /// @throws ImportError when the file, or a buffer in use, cannot be read or breaks the format: indices and ranges
-///         outside their tables, coordinates that are not finite, nodes in a circle, with two parents or more than
-///         1000 levels deep, JSON more than 256 levels deep.
+///         outside their tables, coordinates that are not finite, keys that are not finite or out of order, nodes in a
+///         circle, with two parents or more than 1000 levels deep, JSON more than 256 levels deep.
 [[nodiscard]] ImportedScene ReadGltf(const std::filesystem::path& file, ImportReport& report);
 
 } // namespace Orvel::Import

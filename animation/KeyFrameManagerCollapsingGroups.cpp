@@ -88,13 +88,13 @@ COrvelEntity* OwnerOf(const Entities& affected)
 }
 
 /// Makes the data one new group; nothing when the owner has no GUID to hang it from.
-void MakeGroup(const COrvelEntity* owner, const KeyFrameDataList& list, const COrvelString& caption)
+void MakeGroup(const COrvelEntity* owner, const KeyFrameDataList& list, COrvelString caption)
 {
     if (!owner || !owner->GetGuid().IsValid())
         return;
     COrvelUUID group;
     group.Generate();
-    COrvelAnimationCollapsingGroupGuidToCaptionMapper::Instance()->AddCaption(group, caption);
+    COrvelAnimationCollapsingGroupGuidToCaptionMapper::Instance()->AddCaption(group, std::move(caption));
     for (const COrvelPtr<COrvelKeyFrameData>& data : list) {
         data->SetOwnerGuid(owner->GetGuid());
         data->SetCollapsingGroupID(group);
@@ -143,12 +143,13 @@ void COrvelKeyFrameManager::CollapseKeyFrameData(const KeyFrameDataList& data, C
         affected.merge(affectedByOne);
         collected.push_back(one);
     }
-    MakeGroup(OwnerOf(affected), collected, caption);
+    MakeGroup(OwnerOf(affected), collected, std::move(caption));
 }
 
-void COrvelKeyFrameManager::CollapseKeyFrameDataBySkeleton(const KeyFrameDataList& data,
-                                                           const std::vector<COrvelSkeletonJoint*>& roots,
-                                                           COrvelString caption)
+void COrvelKeyFrameManager::CollapseKeyFrameDataBySkeleton(
+    const KeyFrameDataList& data, const std::vector<COrvelSkeletonJoint*>& roots,
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): promised
+    COrvelString caption)
 {
     std::unordered_map<COrvelSkeletonJoint*, KeyFrameDataList> dataByRoot;
     for (COrvelSkeletonJoint* const root : roots)

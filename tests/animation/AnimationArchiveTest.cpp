@@ -304,6 +304,22 @@ TEST_F(AnimationArchive, TranslatesIdsOfTimelinesAndSequences)
     }
 }
 
+TEST_F(AnimationArchive, FilesASequenceUnderTheIdThatItReads)
+{
+    COrvelPtr<COrvelSequence> original = COrvelSequence::Create();
+    const COrvelPtr<COrvelSequence> copy = COrvelSequence::Create();
+    const COrvelUUID former = copy->UUID();
+    const COrvelUUID taken = original->UUID();
+    COrvelArchiveWriter archive;
+    ASSERT_TRUE(archive.ReadWrite(*original));
+    COrvelArchiveReader reader(archive.Bytes());
+    ASSERT_TRUE(reader.ReadWrite(*copy));
+    original = nullptr;
+    EXPECT_EQ(container->FindSequence(taken), copy.Get());
+    EXPECT_EQ(container->FindSequence(former), nullptr);
+    EXPECT_THAT(container->CurrentGroup()->Members(), ElementsAre(taken));
+}
+
 TEST_F(AnimationArchive, KeepsSnapshots)
 {
     Fill(*manager, 1);

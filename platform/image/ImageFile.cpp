@@ -41,4 +41,14 @@ Bitmap Load(FREE_IMAGE_FORMAT format, const COrvelString& fileName)
 
 #endif
 
+Bitmap Decode(FREE_IMAGE_FORMAT format, std::span<const std::uint8_t> file)
+{
+    // Memory that is opened for reading only is never written to, whatever the parameter's type says.
+    auto* const bytes = const_cast<BYTE*>(file.data());
+    FIMEMORY* const memory = FreeImage_OpenMemory(bytes, static_cast<DWORD>(file.size()));
+    Bitmap bitmap(FreeImage_LoadFromMemory(format, memory, 0));
+    FreeImage_CloseMemory(memory);
+    return bitmap;
+}
+
 } // namespace Orvel::ImageFile

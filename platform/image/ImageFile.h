@@ -2,7 +2,9 @@
 
 #include <FreeImage.h>
 
+#include <cstdint>
 #include <memory>
+#include <span>
 
 namespace Orvel
 {
@@ -27,6 +29,9 @@ namespace ImageFile
 [[nodiscard]] FREE_IMAGE_FORMAT FormatOfName(const COrvelString& fileName);
 /// @return the picture, null when it cannot be loaded.
 [[nodiscard]] Bitmap Load(FREE_IMAGE_FORMAT format, const COrvelString& fileName);
+/// @param file the bytes of a picture file.
+/// @return the picture, null when it cannot be decoded.
+[[nodiscard]] Bitmap Decode(FREE_IMAGE_FORMAT format, std::span<const std::uint8_t> file);
 
 } // namespace ImageFile
 

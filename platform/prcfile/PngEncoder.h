@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/prcfile/Export.h"
 #include "platform/prcfile/PictureStore.h"
 
 #include <cstdint>
@@ -12,6 +13,6 @@ namespace prc
 ///
 /// @param picture at least one pixel; its rows are turned over.
 /// @throws std::runtime_error with the message of the encoder when it refuses the picture; std::bad_alloc.
-[[nodiscard]] std::vector<std::uint8_t> encodePng(const Picture& picture);
+[[nodiscard]] PRCFILE_API std::vector<std::uint8_t> encodePng(const Picture& picture);
 
 } // namespace prc

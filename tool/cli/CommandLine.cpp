@@ -18,6 +18,7 @@ constexpr const char* ProgramExamples = R"(Examples:
   orvelprc export chair.glb -o chair.prc
   orvelprc convert chair.prc -o chair.glb
   orvelprc inspect chair.prc
+  orvelprc render chair.glb -o chair.png
   orvelprc formats
 
 'orvelprc COMMAND --help' tells about one command.
@@ -49,6 +50,7 @@ Command ParseCommandLine(int argumentCount, const char* const* arguments)
     AddExportCommand(program, chosen);
     AddConvertCommand(program, chosen);
     AddInspectCommand(program, chosen);
+    AddRenderCommand(program, chosen);
     AddFormatsCommand(program, chosen);
     try {
         program.parse(argumentCount, arguments);

@@ -5,6 +5,7 @@
 #include "tool/cli/FormatsCommand.h"
 #include "tool/cli/InspectCommand.h"
 #include "tool/cli/ListCommand.h"
+#include "tool/cli/RenderCommand.h"
 
 #include <string>
 #include <variant>
@@ -19,7 +20,8 @@ struct TextRequest
 };
 
 /// What the program is asked to do: one alternative for each command.
-using Command = std::variant<TextRequest, ExportOptions, ListOptions, ConvertOptions, InspectOptions, FormatsOptions>;
+using Command = std::variant<TextRequest, ExportOptions, ListOptions, InspectOptions, ConvertOptions, RenderOptions,
+                             FormatsOptions>;
 
 /// Reads the command line.
 ///

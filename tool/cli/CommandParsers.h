@@ -17,6 +17,7 @@ namespace Orvel::Cli
 void AddExportCommand(CLI::App& program, Command& chosen);
 void AddConvertCommand(CLI::App& program, Command& chosen);
 void AddInspectCommand(CLI::App& program, Command& chosen);
+void AddRenderCommand(CLI::App& program, Command& chosen);
 void AddFormatsCommand(CLI::App& program, Command& chosen);
 
 } // namespace Orvel::Cli

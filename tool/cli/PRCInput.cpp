@@ -6,6 +6,7 @@
 #include "tool/import/ImportReport.h"
 
 #include <algorithm>
+#include <fstream>
 #include <string_view>
 
 namespace Orvel::Cli
@@ -127,6 +128,13 @@ prc::Model::PRCModel ReadModel(const ModelSource& source, const ModelInput& inpu
     if (model.structures.empty() && model.hasErrors())
         throw Failure(model.findings.back().message());
     return model;
+}
+
+bool BeginsLikeModelFile(const std::string& path)
+{
+    std::string start(BytesBeforePdfMark, '\0');
+    std::ifstream(path, std::ios::binary).read(start.data(), static_cast<std::streamsize>(start.size()));
+    return start.starts_with("PRC") || IsPdf(start);
 }
 
 std::string FormatName(const Pdf::ModelStream& stream)

@@ -63,6 +63,9 @@ private:
 /// @throws Failure when the bytes are no PRC file.
 [[nodiscard]] prc::Model::PRCModel ReadModel(const ModelSource& source, const ModelInput& input);
 
+/// Whether the file begins as a PRC or PDF file does. A file that cannot be read does not.
+[[nodiscard]] bool BeginsLikeModelFile(const std::string& path);
+
 /// "PRC", "U3D", or the subtype as the PDF has it.
 [[nodiscard]] std::string FormatName(const Pdf::ModelStream& stream);
 

@@ -8,6 +8,7 @@
 #include "tool/cli/FormatsCommand.h"
 #include "tool/cli/InspectCommand.h"
 #include "tool/cli/ListCommand.h"
+#include "tool/cli/RenderCommand.h"
 #include "tool/cli/SignalWatch.h"
 
 #include <fcntl.h>
@@ -50,6 +51,7 @@ struct RunCommand
     void operator()(const ListOptions& options) const { RunList(options); }
     void operator()(const ConvertOptions& options) const { RunConvert(options); }
     void operator()(const InspectOptions& options) const { RunInspect(options); }
+    void operator()(const RenderOptions& options) const { RunRender(options); }
     void operator()(const FormatsOptions& options) const { RunFormats(options); }
 };
 

@@ -53,7 +53,8 @@ public:
         const std::size_t offset = bytes.size();
         const std::size_t size = values.size() * sizeof(T);
         bytes.resize(offset + size);
-        std::memcpy(bytes.data() + offset, values.data(), size);
+        if (size > 0)
+            std::memcpy(bytes.data() + offset, values.data(), size);
         return Add("bufferViews", {{"buffer", 0}, {"byteOffset", offset}, {"byteLength", size}});
     }
 

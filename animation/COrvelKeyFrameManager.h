@@ -77,7 +77,7 @@ public:
     COrvelPtr<COrvelKeyFrameData> KeyFrameDataAtFrame(const COrvelID& id, int frame);
     /// Product of the matrices along a path, root first, each animated transform taken at `frame`. Null entries and
     /// nodes without a local transform count as identity.
-    COrvelMatrix WorldMatrixAtFrame(const COrvelNodePath& path, int frame);
+    COrvelMatrix WorldMatrixAtFrame(COrvelNodePath path, int frame);
     /// The state of every animated entity at `frame`.
     COrvelKeyFrame KeyFrameAtFrame(int frame);
     /// The target of the evaluated state of the aliased `id` at the current frame; the default id when there is none.

@@ -119,8 +119,7 @@ bool Owns(COrvelSceneNode* node)
 {
     const COrvelUUID guid = node->GetGuid();
     const KeyFrameDataList list = DataOf(node);
-    return guid.IsValid() &&
-           std::any_of(list.begin(), list.end(), [&guid](const auto& data) { return data->OwnerGuid() == guid; });
+    return std::any_of(list.begin(), list.end(), [&guid](const auto& data) { return data->OwnerGuid() == guid; });
 }
 
 bool IsInside(int frame, const FrameRange& span)

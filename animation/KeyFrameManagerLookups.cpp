@@ -48,7 +48,8 @@ COrvelID COrvelKeyFrameManager::TargetIDAtCurrentFrame(const COrvelID& id)
     return data ? data->TargetEntityID() : COrvelID();
 }
 
-COrvelMatrix COrvelKeyFrameManager::WorldMatrixAtFrame(const COrvelNodePath& path, int frame)
+// NOLINTNEXTLINE(performance-unnecessary-value-param): promised
+COrvelMatrix COrvelKeyFrameManager::WorldMatrixAtFrame(COrvelNodePath path, int frame)
 {
     COrvelMatrix world;
     for (const COrvelSceneNode* const node : path) {

@@ -178,8 +178,11 @@ bool COrvelSequenceContainer::ReadGroups(COrvelArchiveBase& archive)
         return false;
     for (uint32 k = 0; k < count; ++k) {
         auto group = std::make_unique<COrvelSequenceGroup>();
-        if (!archive.ReadWrite(*group) || !group->ID().IsValid())
+        if (!archive.ReadWrite(*group))
             return false;
+        // Without an id it could not be told from "Default".
+        if (!group->ID().IsValid())
+            continue;
         std::unique_ptr<COrvelSequenceGroup>& place = groups[group->ID()];
         // Those who hold a group keep it.
         if (place)

@@ -12,6 +12,11 @@
 #include "prc/ExportCaches.h"
 #include "prc/MaterialConversion.h"
 
+#include <array>
+#include <span>
+#include <utility>
+#include <vector>
+
 namespace Orvel
 {
 
@@ -49,53 +54,49 @@ private:
     const Value* values = nullptr;
 };
 
+/// @param storage  the table's own flat storage; empty when it has none.
+/// @param valuesOf gives the N values of an entry of the table.
+template <std::size_t N, typename Table, typename Value, typename ValuesOf>
+FlatArray<Value> Flatten(const Table& table, std::span<const Value> storage, ValuesOf valuesOf)
+{
+    if (!storage.empty())
+        return FlatArray<Value>(storage);
+    const uint32 count = CountOf(&table);
+    std::vector<Value> copy;
+    copy.reserve(N * count);
+    for (uint32 k = 0; k < count; ++k) {
+        const std::array<Value, N> values = valuesOf(table.Item(k));
+        copy.insert(copy.end(), values.begin(), values.end());
+    }
+    return FlatArray<Value>(std::move(copy));
+}
+
 FlatArray<double> FlatVectors(const COrvel3DVectorsTable* table)
 {
-    const uint32 count = CountOf(table);
-    if (count == 0)
+    if (CountOf(table) == 0)
         return {};
-    if (const std::span<const double> storage = table->Values(); !storage.empty())
-        return FlatArray<double>(storage);
-    std::vector<double> copy;
-    copy.reserve(std::size_t{3} * count);
-    for (uint32 k = 0; k < count; ++k) {
-        const COrvel3DVertex vertex = table->Item(k);
-        copy.insert(copy.end(), {vertex.X(), vertex.Y(), vertex.Z()});
-    }
-    return FlatArray<double>(std::move(copy));
+    return Flatten<3>(*table, table->Values(), [](const COrvel3DVertex& vertex) {
+        return std::array{vertex.X(), vertex.Y(), vertex.Z()};
+    });
 }
 
 FlatArray<double> FlatTextureCoordinates(const COrvelTextureCoordinatesTable* table)
 {
-    const uint32 count = CountOf(table);
-    if (count == 0)
+    if (CountOf(table) == 0)
         return {};
-    if (const std::span<const double> storage = table->Values(); !storage.empty())
-        return FlatArray<double>(storage);
-    std::vector<double> copy;
-    copy.reserve(std::size_t{2} * count);
-    for (uint32 k = 0; k < count; ++k) {
-        const COrvelTextureCoordinate coordinate = table->Item(k);
-        copy.insert(copy.end(), {coordinate.U(), coordinate.V()});
-    }
-    return FlatArray<double>(std::move(copy));
+    return Flatten<2>(*table, table->Values(), [](const COrvelTextureCoordinate& coordinate) {
+        return std::array{coordinate.U(), coordinate.V()};
+    });
 }
 
 /// Corners 0, 1, 2 of every polygon; further corners are not looked at.
 FlatArray<uint32> FlatTriangles(const COrvelPolygonsTable* table)
 {
-    const uint32 count = CountOf(table);
-    if (count == 0)
+    if (CountOf(table) == 0)
         return {};
-    if (const std::span<const uint32> storage = table->TriangleCorners(); !storage.empty())
-        return FlatArray<uint32>(storage);
-    std::vector<uint32> copy;
-    copy.reserve(std::size_t{3} * count);
-    for (uint32 i = 0; i < count; ++i) {
-        const COrvel3DPolygon polygon = table->Item(i);
-        copy.insert(copy.end(), {*polygon.At(0), *polygon.At(1), *polygon.At(2)});
-    }
-    return FlatArray<uint32>(std::move(copy));
+    return Flatten<3>(*table, table->TriangleCorners(), [](const COrvel3DPolygon& polygon) {
+        return std::array{uint32{*polygon.At(0)}, uint32{*polygon.At(1)}, uint32{*polygon.At(2)}};
+    });
 }
 
 COrvelVerticiesTable* VerticesOf(COrvel3DObject* object)

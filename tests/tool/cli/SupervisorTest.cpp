@@ -1,5 +1,5 @@
-#include "tool/cli/Errors.h"
 #include "tool/cli/Supervisor.h"
+#include "tool/cli/Errors.h"
 #include "tool/cli/WorkSurroundings.h"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
+#include "tool/cli/OutputTarget.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/tool/cli/FileContent.h"
 #include "tool/cli/Errors.h"
-#include "tool/cli/OutputTarget.h"
 #include "tool/cli/TemporaryFolder.h"
 
 #include <gmock/gmock.h>

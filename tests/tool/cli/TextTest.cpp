@@ -1,5 +1,5 @@
-#include "tool/cli/ExportSummary.h"
 #include "tool/cli/Text.h"
+#include "tool/cli/ExportSummary.h"
 
 #include <gmock/gmock.h>
 

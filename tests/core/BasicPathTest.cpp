@@ -29,26 +29,22 @@ double TurnAboutTangent(const COrvelBasicPath& path, double u, double step)
 TEST(BasicPath, OfStraightLinesPassesThroughItsPoints)
 {
     const COrvelBasicPath path = COrvelBasicPath::Polyline({{0, 0, 0}, {2, 0, 0}, {2, 8, 0}}, false);
-    EXPECT_FALSE(path.IsClosed());
-    EXPECT_EQ(path.Point(0.0, 0), COrvel3DVertex(0, 0, 0));
-    EXPECT_EQ(path.Point(0.25, 0), COrvel3DVertex(1, 0, 0));
-    EXPECT_EQ(path.Point(0.5, 0), COrvel3DVertex(2, 0, 0));
-    EXPECT_EQ(path.Point(0.75, 0), COrvel3DVertex(2, 4, 0));
-    EXPECT_EQ(path.Point(1.0, 0), COrvel3DVertex(2, 8, 0));
-    EXPECT_EQ(path.Point(-3.0, 0), path.Point(0.0, 0));
-    EXPECT_EQ(path.Point(1.5, 7), path.Point(1.0, 0));
-    EXPECT_EQ(path.Point(std::numeric_limits<double>::quiet_NaN(), 0), path.Point(0.0, 0));
+    const std::pair<double, COrvel3DVertex> points[] = {
+        {0.0, {0, 0, 0}}, {0.25, {1, 0, 0}}, {0.5, {2, 0, 0}},  {0.75, {2, 4, 0}},
+        {1.0, {2, 8, 0}}, {1.5, {2, 8, 0}},  {-3.0, {0, 0, 0}}, {std::numeric_limits<double>::quiet_NaN(), {0, 0, 0}}};
+    for (const auto& [u, point] : points)
+        EXPECT_EQ(path.Point(u, 7), point) << u;
     EXPECT_EQ(path.FirstDirection(0.1, 0), COrvel3DVertex(1, 0, 0));
     EXPECT_EQ(path.FirstDirection(1.0, 0), COrvel3DVertex(0, 1, 0));
 
     const COrvelBasicPath ring = COrvelBasicPath::Polyline({{0, 0, 0}, {3, 0, 0}, {3, 3, 0}}, true);
-    EXPECT_TRUE(ring.IsClosed());
     EXPECT_TRUE(IsNear(ring.Point(5.0 / 6, 0), {1.5, 1.5, 0}));
     EXPECT_EQ(ring.Point(1.0, 0), ring.Point(0.0, 0));
 }
 
 TEST(BasicPath, IsClosedWhereItsEndsMeet)
 {
+    EXPECT_TRUE(COrvelBasicPath::Polyline({{0, 0, 0}, {3, 0, 0}, {3, 3, 0}}, true).IsClosed());
     EXPECT_TRUE(COrvelBasicPath::Polyline({{1, 1, 1}, {3, 0, 0}, {3, 3, 0}, {1, 1, 1}}, false).IsClosed());
     EXPECT_FALSE(COrvelBasicPath::Polyline({{1, 1, 1}, {1, 1, 1}}, false).IsClosed());
     EXPECT_FALSE(COrvelBasicPath::BSpline(Snake, 3, false).IsClosed());
@@ -148,8 +144,8 @@ TEST(BasicPath, HasUnitDirectionsHoweverItsPointsLie)
                                        {a, b},
                                        {a, a, a, a, a},
                                        {a, a, a, b},
-                                       {a, b, b, b},
                                        {a, a, a, a, b, b, b, b},
+                                       {a, b, b, b},
                                        {a, b, a},
                                        {a, b, a, b, a, b}};
     for (std::size_t i = 0; i < cases.size(); ++i)
@@ -157,16 +153,17 @@ TEST(BasicPath, HasUnitDirectionsHoweverItsPointsLie)
             for (const int degree : {-1, 1, 2, 3, 99}) {
                 const COrvelBasicPath path = COrvelBasicPath::BSpline(cases[i], degree, closed);
                 for (const double u : {0.0, 0.25, 0.5, 0.7, 1.0}) {
+                    SCOPED_TRACE(testing::Message() << "case " << i << " degree " << degree << " at " << u);
                     const COrvel3DVertex first = path.FirstDirection(u, 0);
                     const COrvel3DVertex second = path.SecondDirection(u, 0);
-                    EXPECT_NEAR(first.Length(), 1.0, 1e-12) << "case " << i << " degree " << degree << " at " << u;
-                    EXPECT_NEAR(second.Length(), 1.0, 1e-12) << "case " << i << " degree " << degree << " at " << u;
-                    EXPECT_NEAR(first.Dot(second), 0.0, 1e-12) << "case " << i << " degree " << degree << " at " << u;
-                    EXPECT_TRUE(std::isfinite(path.Point(u, 0).Length())) << "case " << i;
+                    EXPECT_NEAR(first.Length(), 1.0, 1e-12);
+                    EXPECT_NEAR(second.Length(), 1.0, 1e-12);
+                    EXPECT_NEAR(first.Dot(second), 0.0, 1e-12);
+                    EXPECT_TRUE(std::isfinite(path.Point(u, 0).Length()));
                 }
             }
     // It stands still at its first control point, which is there four times, but leaves towards the other.
-    const COrvelBasicPath slow = COrvelBasicPath::BSpline(cases[7], 3, false);
+    const COrvelBasicPath slow = COrvelBasicPath::BSpline(cases[6], 3, false);
     EXPECT_TRUE(IsNear(slow.FirstDirection(0.0, 0), {0.6, 0.8, 0}));
     EXPECT_TRUE(IsNear(slow.FirstDirection(1.0, 0), {0.6, 0.8, 0}));
     EXPECT_EQ(COrvelBasicPath().Point(0.5, 0), COrvel3DVertex());

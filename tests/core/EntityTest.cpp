@@ -20,7 +20,6 @@
 
 namespace Orvel
 {
-
 namespace
 {
 
@@ -50,14 +49,6 @@ TEST(EntityIdentity, IsFoundByIdAndGuidUntilTheEntityIsGone)
     EXPECT_EQ(COrvelEntity::GetEntityByGuid(COrvelUUID()), nullptr);
 }
 
-TEST(EntityIdentity, NamesAnotherNumberWithTheSameTypeOrTheSameNumberWithAnotherTypeNobody)
-{
-    COrvelDocument document;
-    const COrvelID id = COrvelTransform::Create(&document)->ID();
-    EXPECT_EQ(COrvelID(eEntityType_Material, id.Number()).Entity(), nullptr);
-    EXPECT_EQ(COrvelID(eEntityType_Transform, id.Number() + 1).Entity(), nullptr);
-}
-
 TEST(EntityIdentity, OrdersIdsByTypeThenByCreationAndNeverGivesOneAgain)
 {
     COrvelDocument document;
@@ -73,18 +64,21 @@ TEST(EntityIdentity, OrdersIdsByTypeThenByCreationAndNeverGivesOneAgain)
     std::sort(ids.begin(), ids.end());
     EXPECT_THAT(ids, ElementsAre(COrvelID(), objectId, laterObject, camera, firstMaterial, secondMaterial));
     EXPECT_EQ(objectId.Entity(), nullptr);
+    EXPECT_EQ(COrvelID(eEntityType_Material, camera.Number()).Entity(), nullptr) << "the number of another type";
+    EXPECT_EQ(COrvelID(eEntityType_3DObject, laterObject.Number() + 1).Entity(), nullptr);
 }
 
 TEST(EntityIdentity, CarriesTheTypeNumbersThatArchivesAndGroupingKnow)
 {
     COrvelDocument document;
-    EXPECT_EQ(COrvel3DObject::Create(&document)->ID().EntityType(), 1);
-    EXPECT_EQ(COrvelCamera::Create(&document)->ID().EntityType(), 2);
-    EXPECT_EQ(COrvelMaterial::Create(&document)->ID().EntityType(), 4);
-    EXPECT_EQ(COrvelTransform::Create(&document)->ID().EntityType(), 64);
-    EXPECT_EQ(COrvelVerticiesTable::Create(&document)->ID().EntityType(), 256);
-    EXPECT_EQ(COrvelLight::Create(&document)->ID().EntityType(), 8192);
-    EXPECT_EQ(COrvelGeometry::Create(&document)->ID().EntityType(), 1 << 30);
+    const COrvelEntity* const entities[] = {COrvel3DObject::Create(&document),       COrvelCamera::Create(&document),
+                                            COrvelMaterial::Create(&document),       COrvelTransform::Create(&document),
+                                            COrvelVerticiesTable::Create(&document), COrvelLight::Create(&document),
+                                            COrvelGeometry::Create(&document)};
+    std::vector<int> types;
+    for (const COrvelEntity* const entity : entities)
+        types.push_back(entity->ID().EntityType());
+    EXPECT_THAT(types, ElementsAre(1, 2, 4, 64, 256, 8192, 1 << 30));
 }
 
 TEST(EntityIdentity, MovesItsEntryWithAChangedGuid)
@@ -114,16 +108,11 @@ TEST(EntityOwnership, PutsEntitiesWithoutDocumentIntoTheTemporaryOne)
 {
     COrvelDocument* const temporary = COrvelDocumentsContainer::DocumentsContainer()->TheTempDocument();
     ASSERT_NE(temporary, nullptr);
-    EXPECT_EQ(COrvelDocumentsContainer::DocumentsContainer()->TheTempDocument(), temporary);
-    EXPECT_EQ(COrvelMaterial::Create(nullptr)->Document(), temporary);
-
-    std::vector<COrvelCamera*> before;
-    temporary->ListCameras(before);
     COrvelCamera* const camera = COrvelCamera::Create(nullptr, "frm0");
-    std::vector<COrvelCamera*> after;
-    temporary->ListCameras(after);
-    before.push_back(camera);
-    EXPECT_EQ(after, before);
+    EXPECT_EQ(camera->Document(), temporary);
+    std::vector<COrvelCamera*> cameras{nullptr};
+    COrvelDocumentsContainer::DocumentsContainer()->TheTempDocument()->ListCameras(cameras);
+    EXPECT_THAT(cameras, ElementsAre(camera));
 }
 
 TEST(EntityOwnership, KeepsAnEntityAliveForAReferenceBeyondItsDocument)
@@ -146,28 +135,19 @@ TEST(EntityOwnership, KeepsAnEntityAliveForAReferenceBeyondItsDocument)
     EXPECT_TRUE(object->Material()->IsDefault());
 }
 
-TEST(EntityOwnership, DestroysOnlyItsOwnEntities)
-{
-    COrvelDocument document;
-    COrvelDocument other;
-    COrvelSceneNode* const foreign = COrvelSceneNode::Create(&other);
-    EXPECT_FALSE(document.Destroy(foreign));
-    EXPECT_FALSE(document.Destroy(nullptr));
-    EXPECT_EQ(foreign->Document(), &other);
-}
-
 TEST(EntityOwnership, ForgetsActiveAndDefaultEntitiesThatAreDestroyed)
 {
     COrvelDocument document;
+    COrvelDocument other;
     COrvelCamera* const camera = COrvelCamera::Create(&document);
-    EXPECT_EQ(document.ActiveCamera(), nullptr);
     document.SetActiveCamera(camera);
+    EXPECT_FALSE(document.Destroy(nullptr));
+    EXPECT_FALSE(other.Destroy(camera)) << "not its own";
     EXPECT_EQ(document.ActiveCamera(), camera);
     delete camera;
     EXPECT_EQ(document.ActiveCamera(), nullptr);
 
     COrvelMaterial* const first = document.DefaultMaterial();
-    EXPECT_TRUE(first->IsDefault());
     EXPECT_EQ(document.DefaultMaterial(), first);
     const COrvelID firstId = first->ID();
     document.Destroy(first);
@@ -179,45 +159,42 @@ TEST(EntityOwnership, ForgetsActiveAndDefaultEntitiesThatAreDestroyed)
 /// One entity of every kind, each linked to every other that it can be linked to.
 struct LinkedScene
 {
-    explicit LinkedScene(COrvelDocument* document, COrvelDocument* resources)
+    LinkedScene(COrvelDocument* document, COrvelDocument* resources)
     {
-        COrvelGeometry* const geometry =
-            COrvelGeometry::Create(resources, {0, 0, 0, 2, 0, 0, 0, 3, 0}, {0, 1, 2}, {0, 0, 1, 0, 0, 1, 0, 0, 1});
-        COrvelMaterial* const material = COrvelMaterial::Create(resources, "material");
-        COrvelTransform* const transform = COrvelTransform::Create(resources);
-        COrvelLight* const light = COrvelLight::Create(resources, "light");
-        COrvelTextureCoordinatesTable* const coordinates = COrvelTextureCoordinatesTable::Create(resources, {0, 0});
-        COrvelSceneNode* const group = COrvelSceneNode::Create(document, "group");
-        COrvelSceneNode* const inner = COrvelSceneNode::Create(resources, "inner");
-        COrvelLightSource* const source = COrvelLightSource::Create(document, "source", light);
-        COrvel3DObject* const first = COrvel3DObject::Create(document, "first", geometry, material);
-        COrvel3DObject* const second = COrvel3DObject::Create(resources, "second", geometry, material);
+        geometry = Kept(
+            COrvelGeometry::Create(resources, {0, 0, 0, 2, 0, 0, 0, 3, 0}, {0, 1, 2}, {0, 0, 1, 0, 0, 1, 0, 0, 1}));
+        Kept(geometry->VerticiesTable());
+        Kept(geometry->VerticiesNormalsTable());
+        Kept(geometry->PolygonsTable());
+        COrvelMaterial* const material = Kept(COrvelMaterial::Create(resources, "material"));
+        COrvelTransform* const transform = Kept(COrvelTransform::Create(resources));
+        COrvelLight* const light = Kept(COrvelLight::Create(resources, "light"));
+        COrvelTextureCoordinatesTable* const uvs = Kept(COrvelTextureCoordinatesTable::Create(resources, {0, 0}));
+        COrvelSceneNode* const group = Kept(COrvelSceneNode::Create(document, "group"));
+        COrvelSceneNode* const inner = Kept(COrvelSceneNode::Create(resources, "inner"));
+        COrvelLightSource* const source = Kept(COrvelLightSource::Create(document, "source", light));
+        first = Kept(COrvel3DObject::Create(document, "first", geometry, material));
+        COrvel3DObject* const second = Kept(COrvel3DObject::Create(resources, "second", geometry, material));
         document->AddRootNode(group);
         group->AddChild(inner);
-        for (COrvelSceneNode* const node : {static_cast<COrvelSceneNode*>(first), static_cast<COrvelSceneNode*>(second),
-                                            static_cast<COrvelSceneNode*>(source)})
-        {
+        for (COrvelSceneNode* const node : std::initializer_list<COrvelSceneNode*>{first, second, source}) {
             inner->AddChild(node);
             node->SetLocalTransform(transform);
         }
-        first->SetTextureCoordinatesTable(coordinates);
-        second->SetTextureCoordinatesTable(coordinates);
-        entities = {geometry,
-                    geometry->VerticiesTable(),
-                    geometry->VerticiesNormalsTable(),
-                    geometry->PolygonsTable(),
-                    material,
-                    transform,
-                    light,
-                    coordinates,
-                    group,
-                    inner,
-                    source,
-                    first,
-                    second};
+        first->SetTextureCoordinatesTable(uvs);
+        second->SetTextureCoordinatesTable(uvs);
+    }
+
+    template <class Entity>
+    Entity* Kept(Entity* entity)
+    {
+        entities.push_back(entity);
+        return entity;
     }
 
     std::vector<COrvelEntity*> entities;
+    COrvelGeometry* geometry;
+    COrvel3DObject* first;
 };
 
 TEST(DestructionOrder, IsFreeForLinkedEntities)
@@ -247,18 +224,16 @@ TEST(DestructionOrder, IsFreeForDocumentsThatShareEntities)
         auto document = std::make_unique<COrvelDocument>();
         auto resources = std::make_unique<COrvelDocument>();
         const LinkedScene scene(document.get(), resources.get());
-        COrvel3DObject* const object = dynamic_cast<COrvel3DObject*>(scene.entities[11]);
-        COrvelGeometry* const geometry = dynamic_cast<COrvelGeometry*>(scene.entities[0]);
         if (resourcesFirst) {
             resources.reset();
-            EXPECT_EQ(object->Geometry(), nullptr);
-            EXPECT_EQ(object->LocalTransform(), nullptr);
-            EXPECT_EQ(object->Parent(), nullptr);
-            EXPECT_EQ(object->TextureCoordinatesTable(), nullptr);
+            EXPECT_EQ(scene.first->Geometry(), nullptr);
+            EXPECT_EQ(scene.first->LocalTransform(), nullptr);
+            EXPECT_EQ(scene.first->Parent(), nullptr);
+            EXPECT_EQ(scene.first->TextureCoordinatesTable(), nullptr);
         } else {
             document.reset();
             std::vector<COrvel3DObject*> objects;
-            geometry->ObjectsReferencingThisGeometry(objects);
+            scene.geometry->ObjectsReferencingThisGeometry(objects);
             EXPECT_EQ(objects.size(), 1u) << "only the object of the resources document is left";
         }
     }
@@ -310,5 +285,4 @@ TEST(LargeDocument, IsBuiltListedAndDestroyedInLinearTime)
 }
 
 } // namespace
-
 } // namespace Orvel

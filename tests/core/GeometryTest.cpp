@@ -15,96 +15,77 @@
 
 namespace Orvel
 {
-
 namespace
 {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(GeometryTables, TakeArraysWithoutCopying)
+TEST(GeometryTables, TakeArraysWithoutCopyingAndDropIncompleteEntries)
 {
     COrvelDocument document;
-    std::vector<double> positions = {1, 2, 3, 5, 7, 11};
+    std::vector<double> positions = {1, 2, 3, 5, 7, 11, 13};
     const double* const storage = positions.data();
     COrvelVerticiesTable* const table = COrvelVerticiesTable::Create(&document, std::move(positions));
     EXPECT_EQ(table->Values().data(), storage);
     EXPECT_EQ(table->Count(), 2u);
     EXPECT_EQ(table->Item(1), COrvel3DVertex(5, 7, 11));
+    EXPECT_FALSE(table->SetValues({5, 6}));
+    EXPECT_THAT(table->Values(), ElementsAre(1, 2, 3, 5, 7, 11));
 
-    std::vector<uint32> corners = {0, 1, 2, 2, 1, 3};
+    std::vector<uint32> corners = {0, 1, 2, 2, 1, 3, 4, 5};
     const uint32* const cornerStorage = corners.data();
     COrvelPolygonsTable* const polygons = COrvelPolygonsTable::Create(&document, std::move(corners));
     EXPECT_EQ(polygons->TriangleCorners().data(), cornerStorage);
     EXPECT_EQ(polygons->Count(), 2u);
+    EXPECT_FALSE(polygons->SetTriangles({1, 2}));
+    EXPECT_THAT(polygons->TriangleCorners(), ElementsAre(0, 1, 2, 2, 1, 3));
 
-    std::vector<double> uvs = {0.25, 0.5, 0.75, 1.0};
+    std::vector<double> uvs = {0.25, 0.5, 0.75, 1.0, 2.0};
     const double* const uvStorage = uvs.data();
     COrvelTextureCoordinatesTable* const coordinates = COrvelTextureCoordinatesTable::Create(&document, std::move(uvs));
     EXPECT_EQ(coordinates->Values().data(), uvStorage);
+    EXPECT_FALSE(coordinates->SetValues({1}));
+    EXPECT_EQ(coordinates->Count(), 2u);
     EXPECT_EQ(coordinates->Item(1), COrvelTextureCoordinate(0.75, 1.0));
 }
 
-TEST(GeometryTables, RefuseIncompleteEntries)
+std::vector<std::vector<uint32>> PolygonsOf(const COrvelPolygonsTable& table)
 {
-    COrvelDocument document;
-    COrvelVerticiesTable* const table = COrvelVerticiesTable::Create(&document, {1, 2, 3, 4});
-    EXPECT_THAT(table->Values(), ElementsAre(1, 2, 3));
-    EXPECT_FALSE(table->SetValues({5, 6}));
-    EXPECT_THAT(table->Values(), ElementsAre(1, 2, 3));
-    COrvelTextureCoordinatesTable* const coordinates = COrvelTextureCoordinatesTable::Create(&document, {1, 2, 3});
-    EXPECT_EQ(coordinates->Count(), 1u);
-    EXPECT_FALSE(coordinates->SetValues({1}));
-    COrvelPolygonsTable* const polygons = COrvelPolygonsTable::Create(&document, {0, 1, 2, 3, 4});
-    EXPECT_EQ(polygons->Count(), 1u);
-    EXPECT_FALSE(polygons->SetTriangles({1, 2}));
-    EXPECT_THAT(polygons->TriangleCorners(), ElementsAre(0, 1, 2));
-}
-
-std::vector<uint32> CornersOf(const COrvelPolygonsTable& table, std::uint64_t index)
-{
-    const COrvel3DPolygon polygon = table.Item(index);
-    std::vector<uint32> corners;
-    for (std::size_t corner = 0; corner < polygon.Count(); ++corner)
-        corners.push_back(*polygon.At(corner));
-    return corners;
+    std::vector<std::vector<uint32>> polygons(table.Count());
+    for (std::size_t index = 0; index < polygons.size(); ++index) {
+        const COrvel3DPolygon polygon = table.Item(index);
+        for (std::size_t corner = 0; corner < polygon.Count(); ++corner)
+            polygons[index].push_back(*polygon.At(corner));
+    }
+    return polygons;
 }
 
 TEST(PolygonsTable, HoldsPolygonsOfMixedSizes)
 {
+    using Corners = std::vector<uint32>;
     COrvelDocument document;
     COrvelPolygonsTable* const table = COrvelPolygonsTable::Create(&document);
-    EXPECT_EQ(table->Count(), 0u);
-    EXPECT_FALSE(table->Add(std::vector<uint32>{0, 1}));
-    EXPECT_EQ(table->Count(), 0u);
+    EXPECT_FALSE(table->Add(Corners{0, 1}));
+    EXPECT_THAT(PolygonsOf(*table), IsEmpty());
 
     table->AddTriangle(0, 1, 2);
-    EXPECT_TRUE(table->Add(std::vector<uint32>{3, 4, 5}));
+    EXPECT_TRUE(table->Add(Corners{3, 4, 5}));
     EXPECT_THAT(table->TriangleCorners(), ElementsAre(0, 1, 2, 3, 4, 5));
 
-    EXPECT_TRUE(table->Add(std::vector<uint32>{6, 7, 8, 9, 10}));
-    EXPECT_TRUE(table->Add(std::vector<uint32>{11, 12, 13, 14}));
+    EXPECT_TRUE(table->Add(Corners{6, 7, 8, 9, 10}));
+    EXPECT_TRUE(table->Add(Corners{11, 12, 13, 14}));
     table->AddTriangle(15, 16, 17);
     EXPECT_THAT(table->TriangleCorners(), IsEmpty()) << "not only triangles any more";
-    ASSERT_EQ(table->Count(), 5u);
-    EXPECT_THAT(CornersOf(*table, 0), ElementsAre(0, 1, 2));
-    EXPECT_THAT(CornersOf(*table, 1), ElementsAre(3, 4, 5));
-    EXPECT_THAT(CornersOf(*table, 2), ElementsAre(6, 7, 8, 9, 10));
-    EXPECT_THAT(CornersOf(*table, 3), ElementsAre(11, 12, 13, 14));
-    EXPECT_THAT(CornersOf(*table, 4), ElementsAre(15, 16, 17));
-
+    EXPECT_THAT(PolygonsOf(*table), ElementsAre(ElementsAre(0, 1, 2), ElementsAre(3, 4, 5), ElementsAre(6, 7, 8, 9, 10),
+                                                ElementsAre(11, 12, 13, 14), ElementsAre(15, 16, 17)));
     EXPECT_TRUE(table->SetTriangles({2, 1, 0}));
-    EXPECT_EQ(table->Count(), 1u);
+    EXPECT_THAT(PolygonsOf(*table), ElementsAre(ElementsAre(2, 1, 0)));
     EXPECT_THAT(table->TriangleCorners(), ElementsAre(2, 1, 0));
-}
 
-TEST(PolygonsTable, TakesALargePolygonFirst)
-{
-    COrvelDocument document;
-    COrvelPolygonsTable* const table = COrvelPolygonsTable::Create(&document);
-    EXPECT_TRUE(table->Add(std::vector<uint32>{0, 1, 2, 3}));
-    ASSERT_EQ(table->Count(), 1u);
-    EXPECT_THAT(CornersOf(*table, 0), ElementsAre(0, 1, 2, 3));
+    COrvelPolygonsTable* const largeFirst = COrvelPolygonsTable::Create(&document);
+    EXPECT_TRUE(largeFirst->Add(Corners{0, 1, 2, 3}));
+    EXPECT_THAT(PolygonsOf(*largeFirst), ElementsAre(ElementsAre(0, 1, 2, 3)));
 }
 
 TEST(VectorsTable, TakesOverABasicTableAndLeavesItToItsOwner)
@@ -157,8 +138,8 @@ TEST(VectorsTable, ListsTheGeometriesThatUseIt)
 class Instances : public testing::Test
 {
 protected:
-    std::vector<COrvel3DObject*> InstancesOf(COrvel3DObject* object, bool includeThis, bool includeDeleted,
-                                             bool includeHidden)
+    std::vector<COrvel3DObject*> InstancesOf(COrvel3DObject* object, bool includeThis = true,
+                                             bool includeDeleted = false, bool includeHidden = true)
     {
         object->ListInstances(listed, includeThis, includeDeleted, includeHidden);
         return listed;
@@ -173,52 +154,44 @@ protected:
 
 TEST_F(Instances, AreListedByTheirFlags)
 {
-    EXPECT_THAT(InstancesOf(first, true, false, true), ElementsAre(first, twin));
-    EXPECT_THAT(InstancesOf(twin, true, false, true), ElementsAre(first, twin));
-    EXPECT_THAT(InstancesOf(first, false, false, true), ElementsAre(twin));
+    EXPECT_THAT(InstancesOf(first), ElementsAre(first, twin));
+    EXPECT_THAT(InstancesOf(twin), ElementsAre(first, twin));
+    EXPECT_THAT(InstancesOf(first, false), ElementsAre(twin));
 
     twin->Hide();
-    EXPECT_THAT(InstancesOf(first, true, false, true), ElementsAre(first, twin)) << "hidden twins are exported";
+    EXPECT_THAT(InstancesOf(first), ElementsAre(first, twin)) << "hidden twins are exported";
     EXPECT_THAT(InstancesOf(first, true, true, false), ElementsAre(first));
 
     twin->SetDeleted(true);
-    EXPECT_THAT(InstancesOf(first, true, false, true), ElementsAre(first)) << "deleted twins are not";
-    EXPECT_THAT(InstancesOf(first, true, true, true), ElementsAre(first, twin));
+    EXPECT_THAT(InstancesOf(first), ElementsAre(first)) << "deleted twins are not";
+    EXPECT_THAT(InstancesOf(first, true, true), ElementsAre(first, twin));
     geometry->ObjectsReferencingThisGeometry(listed);
     EXPECT_THAT(listed, ElementsAre(first, twin));
 }
 
-TEST_F(Instances, ShareOneDefinitionId)
+TEST_F(Instances, ShareOneDefinitionIdAndWithoutGeometryHaveNone)
 {
     COrvel3DObject* const other = COrvel3DObject::Create(&document, "other", COrvelGeometry::Create(&document));
     EXPECT_FALSE(first->GeometyDefinitionID().IsEmpty());
     EXPECT_EQ(first->GeometyDefinitionID(), twin->GeometyDefinitionID());
     EXPECT_NE(first->GeometyDefinitionID(), other->GeometyDefinitionID());
-
     geometry->SetGuid(COrvelUUID());
     other->Geometry()->SetGuid(COrvelUUID());
     EXPECT_NE(first->GeometyDefinitionID(), other->GeometyDefinitionID());
-
     other->SetGeometry(geometry);
-    EXPECT_THAT(InstancesOf(first, true, false, true), ElementsAre(first, twin, other));
-}
+    EXPECT_THAT(InstancesOf(first), ElementsAre(first, twin, other));
 
-TEST_F(Instances, WithoutGeometryAnObjectIsAlone)
-{
-    COrvel3DObject* const bare = COrvel3DObject::Create(&document, "bare");
-    COrvel3DObject* const alsoBare = COrvel3DObject::Create(&document, "also bare");
-    EXPECT_TRUE(bare->GeometyDefinitionID().IsEmpty());
-    EXPECT_THAT(InstancesOf(bare, true, false, true), ElementsAre(bare));
-    EXPECT_THAT(InstancesOf(alsoBare, true, false, true), ElementsAre(alsoBare));
-    EXPECT_THAT(InstancesOf(bare, false, false, true), IsEmpty());
-    first->SetGeometry(nullptr);
-    EXPECT_THAT(InstancesOf(twin, true, false, true), ElementsAre(twin));
+    other->SetGeometry(nullptr);
+    twin->SetGeometry(nullptr);
+    EXPECT_TRUE(other->GeometyDefinitionID().IsEmpty());
+    EXPECT_THAT(InstancesOf(first), ElementsAre(first));
+    EXPECT_THAT(InstancesOf(other), ElementsAre(other));
+    EXPECT_THAT(InstancesOf(other, false), IsEmpty()) << "not even of another object without geometry";
 }
 
 TEST_F(Instances, KeepTheirOwnTextureCoordinates)
 {
     COrvelTextureCoordinatesTable* const shared = COrvelTextureCoordinatesTable::Create(&document, {0, 1});
-    EXPECT_EQ(first->TextureCoordinatesTable(), nullptr);
     first->SetTextureCoordinatesTable(shared);
     EXPECT_EQ(twin->TextureCoordinatesTable(), nullptr);
     twin->SetTextureCoordinatesTable(shared);
@@ -229,7 +202,6 @@ TEST_F(Instances, KeepTheirOwnTextureCoordinates)
 
 TEST_F(Instances, MorphTowardsTargetsInTheOrderOfAddition)
 {
-    EXPECT_FALSE(first->HasMorphingGeometry());
     EXPECT_EQ(first->MorphingTable(), nullptr);
     COrvelMorphingTable* const table = first->CreateMorphingTable();
     EXPECT_EQ(first->CreateMorphingTable(), table);
@@ -253,5 +225,4 @@ TEST_F(Instances, MorphTowardsTargetsInTheOrderOfAddition)
 }
 
 } // namespace
-
 } // namespace Orvel

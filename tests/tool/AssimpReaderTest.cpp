@@ -198,14 +198,10 @@ TEST_F(AssimpReading, TellsSharedPointsFromPointsOfTheirOwn)
 
 TEST_F(AssimpReading, FillsNormalsThatHaveNoLength)
 {
-    const auto facet = [](const std::string& normal, const std::string& corners) {
-        return "facet normal " + normal + "\nouter loop\n" + corners + "endloop\nendfacet\n";
-    };
-    const std::string up = "vertex 0 0 0\nvertex 2 0 0\nvertex 0 3 0\n";
-    const std::string side = "vertex 0 0 0\nvertex 0 2 0\nvertex 0 0 5\n";
-    const ImportedScene mixed = Read("m.stl", "solid a\n" + facet("0 0 1", up) + facet("0 0 0", side) + "endsolid a\n");
+    const std::string points = "v 0 0 0\nv 2 0 0\nv 0 3 0\nv 0 0 5\nvn 0 0 1\nvn 0 0 0\n";
+    const ImportedScene mixed = Read("m.obj", points + "f 1//1 2//1 3//1\nf 1//2 3//2 4//2\n");
     EXPECT_THAT(mixed.geometries.at(0).normals, ElementsAre(0, 0, 1, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 0, 1, 0, 0));
-    const ImportedScene none = Read("n.stl", "solid a\n" + facet("0 0 0", up) + facet("0 0 0", side) + "endsolid a\n");
+    const ImportedScene none = Read("n.obj", points + "f 1//2 2//2 3//2\n");
     EXPECT_THAT(none.geometries.at(0).normals, IsEmpty());
 }
 

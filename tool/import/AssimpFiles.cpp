@@ -1,6 +1,7 @@
 #include "tool/import/AssimpFiles.h"
 
 #include "tool/import/AssimpText.h"
+#include "tool/import/FileEnding.h"
 #include "tool/import/MappedFile.h"
 
 #include <assimp/MemoryIOWrapper.h>
@@ -22,13 +23,6 @@ namespace
 {
 
 namespace fs = std::filesystem;
-
-std::string EndingOf(const fs::path& file)
-{
-    std::string ending = file.extension().string();
-    std::ranges::transform(ending, ending.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return ending;
-}
 
 bool IsFile(const fs::path& file)
 {

@@ -41,6 +41,7 @@ struct AssimpLoader
     bool namesItsMaterials = false;   ///< a material that is called as Assimp calls its default one is the file's own
     bool greysUndefinedMaterials = false; ///< names that no material library defines become grey materials
     bool hasOnlyMeshes = false;           ///< without triangles, lines and points there is nothing in a file
+    bool normalsAreOfFaces = false;       ///< they say no more than the points do, and nothing of how to shade
     bool zeroOpacityIsOpaque = false;     ///< many writers of the format confuse opacity with transparency
 };
 

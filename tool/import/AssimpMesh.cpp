@@ -132,8 +132,8 @@ MeshSurvey SurveyMesh(const aiMesh& mesh)
     return survey;
 }
 
-ImportedPart TakeMesh(aiMesh& mesh, const MeshSurvey& survey, TextureCoordinateSet set, ImportedScene& scene,
-                      ImportReport& report)
+ImportedPart TakeMesh(aiMesh& mesh, const MeshSurvey& survey, TextureCoordinateSet set, const AssimpLoader& loader,
+                      ImportedScene& scene, ImportReport& report)
 {
     ImportedGeometry geometry;
     geometry.welded = !survey.ownPoints;
@@ -145,7 +145,7 @@ ImportedPart TakeMesh(aiMesh& mesh, const MeshSurvey& survey, TextureCoordinateS
     CountLeftOutOfMesh(mesh, set, report);
 
     geometry.positions = TakeVectors(mesh, mesh.mVertices, "coordinates");
-    if (mesh.HasNormals())
+    if (mesh.HasNormals() && !loader.normalsAreOfFaces)
         TakeNormals(mesh, geometry, report);
     ImportedPart part;
     if (set != None && mesh.HasTextureCoords(static_cast<unsigned>(set))) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tool/import/AssimpLoaders.h"
 #include "tool/import/ImportReport.h"
 #include "tool/import/ImportedScene.h"
 
@@ -34,6 +35,6 @@ using TextureCoordinateSet = int;
 /// @return geometry None when the mesh has no triangles. Name and material are left to the caller.
 /// @throws ImportError for numbers that are not finite and for indices of points that are not there.
 [[nodiscard]] ImportedPart TakeMesh(aiMesh& mesh, const MeshSurvey& survey, TextureCoordinateSet set,
-                                    ImportedScene& scene, ImportReport& report);
+                                    const AssimpLoader& loader, ImportedScene& scene, ImportReport& report);
 
 } // namespace Orvel::Import

@@ -99,7 +99,7 @@ std::vector<ImportedPart> TakeMeshes(aiScene& scene, const AssimpLoader& loader,
         const std::unique_ptr<aiMesh> mesh(std::exchange(scene.mMeshes[k], nullptr));
         const TakenMaterial material =
             mesh->mMaterialIndex < materials.size() ? materials[mesh->mMaterialIndex] : TakenMaterial{};
-        ImportedPart part = TakeMesh(*mesh, surveys[k], material.set, imported, report);
+        ImportedPart part = TakeMesh(*mesh, surveys[k], material.set, loader, imported, report);
         part.material = material.material;
         if (!loader.meshNamesAreNumbers)
             part.name = Utf8From(mesh->mName);

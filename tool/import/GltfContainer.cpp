@@ -1,5 +1,6 @@
 #include "tool/import/GltfContainer.h"
 
+#include "tool/import/FileEnding.h"
 #include "tool/import/GltfReader.h"
 
 #include <nlohmann/json.hpp>
@@ -127,10 +128,8 @@ private:
 
 bool HasGltfExtension(const std::filesystem::path& file)
 {
-    std::string extension = file.extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return extension == ".gltf" || extension == ".glb";
+    const std::string ending = EndingOf(file);
+    return ending == ".gltf" || ending == ".glb";
 }
 
 bool IsGltfText(std::istream& stream, bool hasExtension)

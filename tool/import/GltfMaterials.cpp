@@ -1,5 +1,6 @@
 #include "tool/import/GltfMaterials.h"
 
+#include "tool/import/FileEnding.h"
 #include "tool/import/MaterialConversion.h"
 
 #include <algorithm>
@@ -167,13 +168,6 @@ Colour OwnLight(const tinygltf::Material& source)
     const Value* strength = Extension(source.extensions, "KHR_materials_emissive_strength");
     return EmissiveColour({source.emissiveFactor[0], source.emissiveFactor[1], source.emissiveFactor[2]},
                           strength == nullptr ? 1.0 : Number(*strength, "emissiveStrength", 1.0));
-}
-
-std::string LowerCase(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
 }
 
 /// KTX 2, Basis and AVIF: made for graphics cards and browsers, unknown to the program's picture reader.

@@ -1,11 +1,16 @@
 #include "tool/import/LoadDocument.h"
 
 #include "tool/import/AssimpReader.h"
+#include "tool/import/BinaryStl.h"
+#include "tool/import/FileEnding.h"
 #include "tool/import/GltfReader.h"
+#include "tool/import/MappedFile.h"
 #include "tool/import/TextureFiles.h"
 
 #include <fstream>
+#include <optional>
 #include <system_error>
+#include <utility>
 
 namespace Orvel::Import
 {
@@ -37,7 +42,12 @@ void CheckIsFileWithContent(const std::filesystem::path& file)
 ImportedScene ReadScene(const std::filesystem::path& file, ImportReport& report)
 {
     CheckIsFileWithContent(file);
-    return IsGltf(file) ? ReadGltf(file, report) : ReadWithAssimp(file, report);
+    if (IsGltf(file))
+        return ReadGltf(file, report);
+    if (EndingOf(file) == ".stl")
+        if (std::optional<ImportedScene> scene = ReadBinaryStl(MappedFile(file).Bytes()))
+            return std::move(*scene);
+    return ReadWithAssimp(file, report);
 }
 
 LoadedDocument LoadDocument(const std::filesystem::path& file, const LoadOptions& options, ImportReport& report)

@@ -1,5 +1,6 @@
 #include "tool/import/MeshFileChecks.h"
 
+#include "tool/import/FileEnding.h"
 #include "tool/import/ImportReport.h"
 #include "tool/import/MappedFile.h"
 
@@ -268,9 +269,7 @@ void CheckObj(std::string_view bytes)
 
 void CheckMeshFile(const std::filesystem::path& file)
 {
-    std::string ending = file.extension().string();
-    std::ranges::transform(ending, ending.begin(), Lower);
-    const auto found = std::ranges::find(Checks, ending, &EndingAndCheck::ending);
+    const auto found = std::ranges::find(Checks, EndingOf(file), &EndingAndCheck::ending);
     if (found != Checks.end())
         found->check(MappedFile(file).Bytes());
 }

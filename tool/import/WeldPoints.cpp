@@ -18,6 +18,17 @@ std::vector<std::uint32_t> EachPointOnce(std::size_t pointCount)
     return indices;
 }
 
+/// New numbers are given in the order in which points are first met.
+void ListSources(PointWeld& weld, std::size_t newCount)
+{
+    weld.sources.reserve(newCount);
+    for (std::uint32_t point = 0; point < weld.remap.size(); ++point) {
+        if (weld.remap[point] == weld.sources.size())
+            weld.sources.push_back(point);
+    }
+    assert(weld.sources.size() == newCount && "every new point has a source");
+}
+
 } // namespace
 
 PointWeld FindEqualPoints(std::span<const PointStream> streams)
@@ -33,19 +44,22 @@ PointWeld FindEqualPoints(std::span<const PointStream> streams)
         byteStreams.push_back({stream.values.data(), bytesPerPoint, bytesPerPoint});
     }
 
+    const std::vector<std::uint32_t> indices = EachPointOnce(pointCount);
     PointWeld weld;
     weld.remap.resize(pointCount);
-    const std::vector<std::uint32_t> indices = EachPointOnce(pointCount);
-    const std::size_t newCount = meshopt_generateVertexRemapMulti(weld.remap.data(), indices.data(), indices.size(),
-                                                                  pointCount, byteStreams.data(), byteStreams.size());
+    ListSources(weld, meshopt_generateVertexRemapMulti(weld.remap.data(), indices.data(), indices.size(), pointCount,
+                                                       byteStreams.data(), byteStreams.size()));
+    return weld;
+}
 
-    weld.sources.reserve(newCount);
-    // New numbers are given in the order in which points are first met.
-    for (std::uint32_t point = 0; point < pointCount; ++point) {
-        if (weld.remap[point] == weld.sources.size())
-            weld.sources.push_back(point);
-    }
-    assert(weld.sources.size() == newCount && "every new point has a source");
+PointWeld FindEqualPoints(std::span<const float> positions)
+{
+    const std::size_t pointCount = positions.size() / 3;
+    assert(pointCount % 3 == 0 && "the library wants whole triangles");
+    PointWeld weld;
+    weld.remap.resize(pointCount);
+    ListSources(weld, meshopt_generateVertexRemap(weld.remap.data(), nullptr, pointCount, positions.data(), pointCount,
+                                                  3 * sizeof(float)));
     return weld;
 }
 

@@ -31,6 +31,11 @@ struct PointWeld
 /// @param streams 1 to MostPointStreams, all for the same number of points.
 [[nodiscard]] PointWeld FindEqualPoints(std::span<const PointStream> streams);
 
+/// The above for points that consist of their places in single precision only.
+///
+/// @param positions 3 for each point, whose number is a multiple of 3.
+[[nodiscard]] PointWeld FindEqualPoints(std::span<const float> positions);
+
 /// Turns every -0 into 0. The exported format knows no negative zero.
 void ClearNegativeZeros(std::span<double> values);
 

@@ -41,22 +41,30 @@ function(orvel_add_objects name)
     target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE orvel_build_flags ${ARG_PRIVATE})
 endfunction()
 
-# orvel_add_library(<name> OBJECTS ... [PUBLIC ...] [PRIVATE ...])
+# orvel_add_library(<name> OBJECTS ... HEADERS ... [PUBLIC ...] [PRIVATE ...])
 #
-# An installed shared library, Orvel::<name>, made of the objects of some folders. PUBLIC names the shared libraries
-# whose classes appear in its headers, PRIVATE what its objects need besides.
+# An installed shared library, Orvel::<name>, made of the objects of some folders. HEADERS are installed with it: those
+# that declare what it exports, and what they include. PUBLIC names the shared libraries whose classes appear in its
+# headers, PRIVATE what its objects need besides.
 function(orvel_add_library name)
-    cmake_parse_arguments(ARG "" "" "OBJECTS;PUBLIC;PRIVATE" ${ARGN})
+    cmake_parse_arguments(ARG "" "" "OBJECTS;HEADERS;PUBLIC;PRIVATE" ${ARGN})
     add_library(${name} SHARED)
     add_library(Orvel::${name} ALIAS ${name})
     target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_OBJECTS} orvel_build_flags ${ARG_PRIVATE})
     target_compile_features(${name} INTERFACE cxx_std_20)
-    target_include_directories(${name} INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+    target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}" FILES ${ARG_HEADERS})
+    if(UNIX AND NOT APPLE)
+        # Templates of the standard library that are instantiated with exported classes are visible by themselves.
+        set(exports "${PROJECT_SOURCE_DIR}/cmake/exported-names.map")
+        target_link_options(${name} PRIVATE "LINKER:--version-script=${exports}")
+        set_property(TARGET ${name} PROPERTY LINK_DEPENDS "${exports}")
+    endif()
     # Before version 1 the binary interface may change with every minor version.
     set_target_properties(${name} PROPERTIES
         LINKER_LANGUAGE CXX
         VERSION ${PROJECT_VERSION}
-        SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+        SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
+        INSTALL_RPATH "$ORIGIN")
 endfunction()
 
 # orvel_add_test(<name> SOURCES ... LINK ...)

@@ -1,35 +1,31 @@
+#include "platform/prcfile/PRCReader.h"
+#include "tests/prcfile/ExampleFile.h"
+#include "tests/prcfile/FileSections.h"
 #include "tests/support/PRCDecoderSections.h"
 #include "tests/support/PRCPlacement.h"
 
-#include <cmath>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <iterator>
-#include <zlib.h>
+
+#include <cmath>
+#include <functional>
+#include <optional>
 
 using namespace Orvel::Test;
+using prc::Test::Bytes;
+using prc::Test::ExampleFile;
+using prc::Test::ExamplePath;
+using prc::Test::FileSections;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
 namespace
 {
 
-std::filesystem::path ExamplePath(const std::string& name)
-{
-    return std::filesystem::path(ORVEL_TEST_DATA) / "prc" / (name + ".prc");
-}
-
-std::vector<uint8_t> ExampleBytes(const std::string& name)
-{
-    std::ifstream file(ExamplePath(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
 /// Bits as text, blanks ignored, padded to whole bytes with 0.
-std::vector<uint8_t> BytesOf(const std::string& bits)
+Bytes BytesOf(const std::string& bits)
 {
-    std::vector<uint8_t> bytes;
+    Bytes bytes;
     size_t count = 0;
     for (const char digit : bits) {
         if (digit == ' ')
@@ -48,60 +44,8 @@ PRCBitReader Reader(const std::string& bits, Strictness strictness = Strictness:
     return {"bits", BytesOf(bits), strictness};
 }
 
-/// The sections of an example, taken apart so that a test can spoil one and put the file together again.
-struct TakenApart
-{
-    std::vector<uint8_t> headers; ///< everything in front of the globals
-    std::vector<std::vector<uint8_t>> sections;
-};
-
-constexpr size_t firstSectionField = 75; ///< offset of the globals' offset; the others and the file's end follow
-
-TakenApart TakeApart(const std::vector<uint8_t>& file)
-{
-    const auto field = [&file](size_t at) {
-        return size_t{file[at]} | size_t{file[at + 1]} << 8 | size_t{file[at + 2]} << 16 | size_t{file[at + 3]} << 24;
-    };
-    TakenApart result;
-    const size_t first = field(firstSectionField);
-    result.headers.assign(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(first));
-    for (size_t i = 0; i < 6; ++i) {
-        const size_t start = field(firstSectionField + 4 * i), end = field(firstSectionField + 4 * i + 4);
-        std::vector<uint8_t> inflated(100000);
-        uLongf size = inflated.size();
-        EXPECT_EQ(uncompress(inflated.data(), &size, file.data() + start, end - start), Z_OK);
-        inflated.resize(size);
-        result.sections.push_back(std::move(inflated));
-    }
-    return result;
-}
-
-std::vector<uint8_t> Deflate(const std::vector<uint8_t>& bytes)
-{
-    std::vector<uint8_t> deflated(compressBound(bytes.size()));
-    uLongf size = deflated.size();
-    EXPECT_EQ(compress(deflated.data(), &size, bytes.data(), bytes.size()), Z_OK);
-    deflated.resize(size);
-    return deflated;
-}
-
-std::vector<uint8_t> PutTogether(const std::vector<uint8_t>& headers, const std::vector<std::vector<uint8_t>>& streams)
-{
-    std::vector<uint8_t> file = headers;
-    const auto setField = [&file](size_t at, size_t value) {
-        for (size_t i = 0; i < 4; ++i)
-            file[at + i] = static_cast<uint8_t>(value >> 8 * i);
-    };
-    for (size_t i = 0; i < streams.size(); ++i) {
-        setField(firstSectionField + 4 * i, file.size());
-        file.insert(file.end(), streams[i].begin(), streams[i].end());
-    }
-    setField(firstSectionField + 4 * streams.size(), file.size());
-    return file;
-}
-
 /// What the decoder finds wrong with a file; "" when nothing.
-std::string Finding(const std::vector<uint8_t>& file, Strictness strictness = Strictness::OwnWriter)
+std::string Finding(const Bytes& file, Strictness strictness = Strictness::OwnWriter)
 {
     try {
         static_cast<void>(DecodePRC(file, strictness));
@@ -111,9 +55,22 @@ std::string Finding(const std::vector<uint8_t>& file, Strictness strictness = St
     }
 }
 
-Corner CornerOf(const Vector3& point, const Vector3& normal, const Vector2& textureCoordinate)
+/// Spoils a bit of `bytes`, one after the other, and hands out each result. The decoder must object or see something
+/// else than `original`: no field goes unread. @return how often it objected.
+size_t ObjectionsToBits(const Bytes& bytes, const PRCContent& original,
+                        const std::function<Bytes(const Bytes&)>& fileOf)
 {
-    return {point, normal, textureCoordinate};
+    size_t objections = 0;
+    for (size_t bit = 0; bit < bytes.size() * 8; ++bit) {
+        Bytes spoilt = bytes;
+        spoilt[bit / 8] ^= static_cast<uint8_t>(0x80u >> bit % 8);
+        try {
+            EXPECT_NE(DecodePRC(fileOf(spoilt)), original) << "byte " << bit / 8 << " bit " << bit % 8;
+        } catch (const DecodeError&) {
+            ++objections;
+        }
+    }
+    return objections;
 }
 
 } // namespace
@@ -214,13 +171,13 @@ TEST(PRCDecoder, PlacesNestedGroupsWithGeneralMatrices)
     size_t sides = 0;
     for (const Triangle& triangle : WorldTriangles(meshes[3])) {
         for (const Corner& corner : triangle) {
-            ASSERT_TRUE(corner.normal);
-            if ((*corner.normal)[0] < -0.5) {
-                EXPECT_NEAR((*corner.normal)[0], -4 / std::sqrt(17.0), 1e-15);
-                EXPECT_NEAR((*corner.normal)[1], 1 / std::sqrt(17.0), 1e-15);
-                EXPECT_EQ(corner.point[0], -20 + 0.25 * corner.point[1]);
-                ++sides;
-            }
+            const Vector3 normal = corner.normal.value();
+            if (normal[0] > -0.5)
+                continue;
+            ++sides;
+            EXPECT_NEAR(normal[0], -4 / std::sqrt(17.0), 1e-15);
+            EXPECT_NEAR(normal[1], 1 / std::sqrt(17.0), 1e-15);
+            EXPECT_EQ(corner.point[0], -20 + 0.25 * corner.point[1]);
         }
     }
     EXPECT_EQ(sides, 6u);
@@ -231,8 +188,8 @@ TEST(PRCDecoder, DecodesTexturesFromPngAndBytes)
     for (const char* name : {"c_tex_rgb_png", "c_tex_rgb_raw", "c_tex_rgba_png", "c_tex_rgba_raw"}) {
         SCOPED_TRACE(name);
         const bool isReplacing = std::string(name) == "c_tex_rgba_png";
-        const bool isPng = std::string(name).ends_with("png"),
-                   hasAlpha = std::string(name).find("rgba") != std::string::npos;
+        const bool isPng = std::string(name).ends_with("png");
+        const bool hasAlpha = std::string(name).find("rgba") != std::string::npos;
         const PRCContent content = DecodePRCFile(ExamplePath(name), isPng ? Strictness::OwnWriter : Strictness::Format);
         const std::vector<PlacedMesh> meshes = PlacedMeshes(content);
         ASSERT_EQ(meshes.size(), 1u);
@@ -245,30 +202,28 @@ TEST(PRCDecoder, DecodesTexturesFromPngAndBytes)
         ASSERT_EQ(look.picture->height, 4u);
         for (uint32_t row = 0; row < 4; ++row) {
             for (uint32_t column = 0; column < 4; ++column) {
-                std::vector<uint8_t> want{static_cast<uint8_t>((row + column) % 2 == 0 ? 20 : 255),
-                                          static_cast<uint8_t>(60 * row), static_cast<uint8_t>(60 * column)};
+                Bytes want{static_cast<uint8_t>((row + column) % 2 == 0 ? 20 : 255), static_cast<uint8_t>(60 * row),
+                           static_cast<uint8_t>(60 * column)};
                 if (hasAlpha)
                     want.push_back(column < 2 ? 255 : 128);
                 EXPECT_EQ(look.picture->PixelAt(column, row), want) << "column " << column << " row " << row;
             }
         }
     }
-    EXPECT_THAT(Finding(ExampleBytes("c_tex_rgb_raw")), HasSubstr("picture is not stored as PNG"));
+    EXPECT_THAT(Finding(ExampleFile("c_tex_rgb_raw")), HasSubstr("picture is not stored as PNG"));
 }
 
 TEST(PRCDecoder, ResolvesTextureCoordinatesWithAndWithoutNormals)
 {
-    const PRCContent withNormals = DecodePRCFile(ExamplePath("c_tex_rgb_png"));
-    EXPECT_EQ(LocalTriangles(withNormals.tessellations[0], 0)[0],
-              (Triangle{CornerOf({0, 0, 0}, {0, 0, -1}, {0, 0}), CornerOf({0, 10, 0}, {0, 0, -1}, {1, 0}),
-                        CornerOf({10, 10, 0}, {0, 0, -1}, {1, 1})}));
-
-    const PRCContent without = DecodePRCFile(ExamplePath("c_tex_no_normals"));
-    const std::vector<Triangle> triangles = LocalTriangles(without.tessellations[0], 0);
-    ASSERT_EQ(triangles.size(), 12u);
-    const Triangle want{Corner{{0, 0, 0}, {}, Vector2{0, 0}}, Corner{{0, 10, 0}, {}, Vector2{1, 0}},
-                        Corner{{10, 10, 0}, {}, Vector2{1, 1}}};
-    EXPECT_EQ(triangles[0], want);
+    const auto expectFirst = [](const char* name, const std::optional<Vector3>& normal) {
+        const std::vector<Triangle> triangles = LocalTriangles(DecodePRCFile(ExamplePath(name)).tessellations.at(0), 0);
+        EXPECT_EQ(triangles.size(), 12u);
+        EXPECT_EQ(triangles.at(0),
+                  (Triangle{Corner{{0, 0, 0}, normal, Vector2{0, 0}}, Corner{{0, 10, 0}, normal, Vector2{1, 0}},
+                            Corner{{10, 10, 0}, normal, Vector2{1, 1}}}));
+    };
+    expectFirst("c_tex_rgb_png", Vector3{0, 0, -1});
+    expectFirst("c_tex_no_normals", {});
 }
 
 TEST(PRCDecoder, ResolvesInstancesStylesAndSharedParts)
@@ -324,58 +279,40 @@ TEST(PRCDecoder, ReadsEmptyGroupsTransparencyUnitAndSets)
     const PRCContent set = DecodePRCFile(ExamplePath("g_ri_set"), Strictness::Format);
     ASSERT_EQ(PlacedMeshes(set).size(), 2u);
     EXPECT_EQ(PlacedMeshes(set)[1].item->name, Name("mesh 1"));
-    EXPECT_THAT(Finding(ExampleBytes("g_ri_set")), HasSubstr("representation item of an unexpected type"));
+    EXPECT_THAT(Finding(ExampleFile("g_ri_set")), HasSubstr("representation item of an unexpected type"));
 }
 
-// Whatever bit of a section is turned over, the decoder must object or hand out something else: no field goes unread.
-TEST(PRCDecoder, NoBitOfASectionIsIgnored)
+TEST(PRCDecoder, NoBitIsIgnored)
 {
     for (const char* name : {"b_groups", "c_tex_rgba_png", "d_instances"}) {
-        const TakenApart parts = TakeApart(ExampleBytes(name));
-        std::vector<std::vector<uint8_t>> streams;
-        for (const std::vector<uint8_t>& section : parts.sections)
-            streams.push_back(Deflate(section));
-        const PRCContent original = DecodePRC(PutTogether(parts.headers, streams));
-        EXPECT_EQ(original, DecodePRCFile(ExamplePath(name)));
+        const FileSections parts = FileSections::Of(ExampleFile(name));
+        const PRCContent original = DecodePRC(parts.File());
         size_t objections = 0;
-        for (size_t section = 0; section < streams.size(); ++section) {
-            for (size_t bit = 0; bit < parts.sections[section].size() * 8; ++bit) {
-                std::vector<uint8_t> spoilt = parts.sections[section];
-                spoilt[bit / 8] ^= static_cast<uint8_t>(0x80u >> bit % 8);
-                std::vector<std::vector<uint8_t>> changed = streams;
-                changed[section] = Deflate(spoilt);
-                try {
-                    EXPECT_NE(DecodePRC(PutTogether(parts.headers, changed)), original)
-                        << name << " section " << section << " bit " << bit;
-                } catch (const DecodeError&) {
-                    ++objections;
-                }
-            }
+        for (size_t section = 0; section < 6; ++section) {
+            SCOPED_TRACE(testing::Message() << name << " section " << section);
+            FileSections changed = parts;
+            Bytes& place = section < 5 ? changed.structures[0].sections[section] : changed.model;
+            objections += ObjectionsToBits(Bytes(place), original, [&](const Bytes& spoilt) {
+                place = spoilt;
+                return changed.File();
+            });
         }
         EXPECT_GT(objections, 1000u) << name;
     }
-}
-
-TEST(PRCDecoder, NoBitOfTheHeadersIsIgnored)
-{
-    const std::vector<uint8_t> file = ExampleBytes("c_tex_rgb_png");
-    const PRCContent original = DecodePRC(file);
-    const size_t headerSize = TakeApart(file).headers.size();
-    for (size_t bit = 0; bit < headerSize * 8; ++bit) {
-        std::vector<uint8_t> spoilt = file;
-        spoilt[bit / 8] ^= static_cast<uint8_t>(0x80u >> bit % 8);
-        try {
-            EXPECT_NE(DecodePRC(spoilt), original) << "byte " << bit / 8 << " bit " << bit % 8;
-        } catch (const DecodeError&) {
-        }
-    }
+    const Bytes file = ExampleFile("c_tex_rgb_png");
+    const auto headers = static_cast<std::ptrdiff_t>(prc::readPRC(file).structures.at(0).sections[1].offset);
+    ObjectionsToBits({file.begin(), file.begin() + headers}, DecodePRC(file), [&](const Bytes& spoilt) {
+        Bytes whole = spoilt;
+        whole.insert(whole.end(), file.begin() + headers, file.end());
+        return whole;
+    });
 }
 
 TEST(PRCDecoder, RefusesAFileCutAnywhereOrContinued)
 {
-    std::vector<uint8_t> file = ExampleBytes("c_tex_rgb_png");
-    for (size_t length = 0; length < file.size(); ++length)
-        EXPECT_NE(Finding({file.begin(), file.begin() + static_cast<std::ptrdiff_t>(length)}), "") << length;
+    Bytes file = ExampleFile("c_tex_rgb_png");
+    for (std::ptrdiff_t length = 0; length < std::ssize(file); ++length)
+        EXPECT_NE(Finding({file.begin(), file.begin() + length}), "") << length;
     file.push_back(0);
     EXPECT_THAT(Finding(file), HasSubstr("does not end with the file"));
     EXPECT_THROW(static_cast<void>(DecodePRCFile(ExamplePath("no such file"))), std::runtime_error);

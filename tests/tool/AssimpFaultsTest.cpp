@@ -1,11 +1,9 @@
-#include "tests/support/TemporaryFolder.h"
-#include "tool/import/AssimpReader.h"
+#include "tests/tool/AssimpTest.h"
 #include "tool/import/MeshFileChecks.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <initializer_list>
 #include <vector>
 
@@ -15,7 +13,6 @@ namespace Orvel::Import
 namespace
 {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -167,27 +164,8 @@ TEST(ObjCheck, RefusesFacesThatAreNoNumbersAndATorso)
 namespace
 {
 
-class AssimpFaults : public testing::Test
-{
-protected:
-    ImportedScene Read(const std::string& name, std::string_view content)
-    {
-        return ReadWithAssimp(folder.Write(name, content), report);
-    }
-
-    std::string ErrorOf(const std::string& name, std::string_view content)
-    {
-        try {
-            (void)Read(name, content);
-        } catch (const ImportError& error) {
-            return error.what();
-        }
-        return "no error";
-    }
-
-    Orvel::Test::TemporaryFolder folder;
-    ImportReport report;
-};
+class AssimpFaults : public AssimpTest
+{};
 
 constexpr std::string_view Painted = "mtllib Sub\\Paint.MTL\nv 0 0 0\nv 2 0 0\nv 2 3 5\nusemtl glass\nf 1 2 3\n";
 
@@ -241,15 +219,7 @@ TEST_F(AssimpFaults, CompanionsThatAreNotThereAreNamed)
 
 TEST_F(AssimpFaults, MaterialsThatTheFileDoesNotHaveAreNotMadeUp)
 {
-    const ImportedScene scene =
-        Read("bare.dae",
-             R"(<?xml version="1.0"?><COLLADA xmlns="http://www.collada.org/2005/11/COLLADASchema" version="1.4.1">
-<library_geometries><geometry id="g"><mesh><source id="p"><float_array id="a" count="9">0 0 0 2 0 0 2 3 5</float_array>
-<technique_common><accessor source="#a" count="3" stride="3"><param name="X" type="float"/><param name="Y" type="float"/>
-<param name="Z" type="float"/></accessor></technique_common></source><vertices id="v"><input semantic="POSITION" source="#p"/></vertices>
-<triangles count="1"><input semantic="VERTEX" source="#v" offset="0"/><p>0 1 2</p></triangles></mesh></geometry></library_geometries>
-<library_visual_scenes><visual_scene id="s"><node id="n" name="house"><instance_geometry url="#g"/></node></visual_scene>
-</library_visual_scenes><scene><instance_visual_scene url="#s"/></scene></COLLADA>)");
+    const ImportedScene scene = ReadExample("bare.dae");
     ASSERT_THAT(scene.nodes, SizeIs(1));
     EXPECT_EQ(scene.nodes[0].parts.at(0).material, None);
     EXPECT_THAT(scene.materials, IsEmpty());

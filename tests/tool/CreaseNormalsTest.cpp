@@ -101,10 +101,8 @@ TEST(CreaseNormals, WeightABoxsSidesByAngleAboveItsAngle)
         ASSERT_EQ(made.sources.size(), 8U) << angle << " degrees";
         const double part = 1.0 / std::sqrt(3.0);
         for (std::size_t i = 0; i < 8; ++i) {
-            const Vector normal = At(made.normals, i);
             const Vector want{i & 1 ? part : -part, i & 2 ? part : -part, i & 4 ? part : -part};
-            for (std::size_t axis = 0; axis < 3; ++axis)
-                EXPECT_NEAR(normal[axis], want[axis], 1e-12) << "point " << i << ", axis " << axis;
+            ExpectNear(At(made.normals, i), want, "point " + std::to_string(i));
         }
     }
 }
@@ -115,8 +113,7 @@ TEST(CreaseNormals, SmoothAConeRoundItsAxisAndCreaseItsBase)
     Shape cone = Cone(Sides, 2.0);
     const PointsWithNormals open = cone.Normals(35.0);
     ASSERT_EQ(open.sources.size(), 1U + Sides);
-    for (std::size_t axis = 0; axis < 3; ++axis)
-        EXPECT_NEAR(At(open.normals, 0)[axis], axis == 2 ? 1.0 : 0.0, 1e-12);
+    ExpectNear(At(open.normals, 0), {0.0, 0.0, 1.0}, "apex");
 
     cone.positions.insert(cone.positions.end(), {0.0, 0.0, 0.0});
     for (std::uint32_t i = 0; i < Sides; ++i)

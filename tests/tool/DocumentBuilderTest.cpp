@@ -193,65 +193,21 @@ TEST_F(DocumentBuilder, MakesGroupsOfWhatHasNoTriangles)
     EXPECT_EQ(built.summary.objects, 1U);
 }
 
-/// Counts the meshes that an exporter stores which keeps, for each shared geometry, the last one that it stored, and
-/// for each material the geometry that it was last stored with.
-int StoredMeshes(const std::vector<COrvel3DObject*>& objects)
-{
-    std::map<std::string, COrvel3DObject*> storedByGeometry;
-    std::map<COrvelMaterial*, std::string> geometryByMaterial;
-    int stored = 0;
-    for (COrvel3DObject* object : objects) {
-        const std::string id = object->GeometyDefinitionID().toStdString();
-        const auto found = storedByGeometry.find(id);
-        if (found != storedByGeometry.end() && geometryByMaterial[object->Material()] == id) {
-            EXPECT_EQ(found->second->Material(), object->Material()) << object->Name().CString();
-            EXPECT_EQ(found->second->TextureCoordinatesTable(), object->TextureCoordinatesTable());
-            continue;
-        }
-        ++stored;
-        std::vector<COrvel3DObject*> instances;
-        object->ListInstances(instances, true, false, true);
-        if (instances.size() > 1) {
-            storedByGeometry[id] = object;
-            geometryByMaterial[object->Material()] = id;
-        }
-    }
-    return stored;
-}
-
-TEST_F(DocumentBuilder, KeepsInterleavedInstancesInTheirOwnLooks)
+TEST_F(DocumentBuilder, HasOneShapeInTwoMaterialsInMemoryOnce)
 {
     const Index wheel = builder.Triangle(2.0);
-    const Index bolt = builder.Triangle(3.0);
     const Index red = builder.Material("red", 1.0);
     const Index grey = builder.Material("grey", 0.25);
-    const Index onePicture = builder.Coordinates({0, 0, 1, 0, 0, 1});
-    const Index otherPicture = builder.Coordinates({0, 0, 0.5, 0, 0, 0.5});
-    const std::vector<ImportedPart> kinds{
-        {"", wheel, None, red}, {"", bolt, None, red},       {"", wheel, None, grey},      {"", wheel, None, None},
-        {"", bolt, None, None}, {"", bolt, onePicture, red}, {"", bolt, otherPicture, red}};
-    std::vector<std::string> names;
-    for (int round = 0; round < 3; ++round) {
-        for (std::size_t kind = 0; kind < kinds.size(); ++kind) {
-            names.push_back(std::to_string(kind) + "/" + std::to_string(round));
-            builder.Node(names.back(), None, {kinds[kind]});
-        }
-    }
+    for (const char* round : {"/0", "/1"})
+        for (const auto& [name, material] : {std::pair{"red", red}, {"grey", grey}, {"none", None}})
+            builder.Node(std::string(name) + round, None, {{"", wheel, None, material}});
     Build();
-    std::vector<COrvel3DObject*> objects;
-    for (const std::string& name : names)
-        objects.push_back(Object(name));
-    EXPECT_EQ(StoredMeshes(objects), static_cast<int>(kinds.size()));
-    EXPECT_EQ(built.summary.meshes, kinds.size());
-    EXPECT_EQ(built.summary.trianglesStored, kinds.size());
-    EXPECT_EQ(built.summary.trianglesPlaced, 3 * kinds.size());
-
-    EXPECT_EQ(objects[0]->Geometry(), objects[7]->Geometry());
-    EXPECT_EQ(objects[0]->Geometry()->VerticiesTable(), objects[2]->Geometry()->VerticiesTable())
-        << "one shape in two materials is in memory once";
-    EXPECT_EQ(objects[0]->Material()->ApproximateToOrvelGeneralMaterial()->DiffuseColor(),
-              COrvelColor(1.0, 0.25, 0.125));
-    EXPECT_EQ(objects[2]->Material()->Name().toStdString(), "grey");
+    EXPECT_EQ(built.summary.meshes, 3U);
+    EXPECT_EQ(built.summary.trianglesStored, 3U);
+    EXPECT_EQ(built.summary.trianglesPlaced, 6U);
+    EXPECT_EQ(Object("red/0")->Geometry(), Object("red/1")->Geometry());
+    EXPECT_EQ(Object("red/0")->Geometry()->VerticiesTable(), Object("grey/0")->Geometry()->VerticiesTable());
+    EXPECT_EQ(Object("grey/0")->Material()->Name(), "grey");
     EXPECT_EQ(built.summary.materials, 3U) << "red, grey and the default";
 }
 
@@ -263,6 +219,8 @@ TEST_F(DocumentBuilder, SharesOneMaterialAmongShapesThatAreUsedOnce)
         builder.Node(name, None, {{"", builder.Triangle(2.0), None, red}});
     builder.Node("bare", None, {{"", builder.Triangle(2.0), None, None}});
     Build();
+    EXPECT_EQ(Object("a")->Material()->ApproximateToOrvelGeneralMaterial()->DiffuseColor(),
+              COrvelColor(1.0, 0.25, 0.125));
     EXPECT_EQ(Object("a")->Material(), Object("b")->Material());
     EXPECT_EQ(Object("a")->Material(), Object("c")->Material());
     EXPECT_EQ(built.summary.materials, 2U);
@@ -365,15 +323,14 @@ TEST_F(DocumentBuilder, LetsTextureCoordinatesFollowTheirPoints)
 
 TEST_F(DocumentBuilder, PutsUnitsAndAxesIntoOneGroupAboveAllOthers)
 {
-    struct Case
+    using enum UpAxis;
+    const struct
     {
         double unit;
         UpAxis axis;
         BuildOptions options;
         std::optional<UnitChange> want;
-    };
-    using enum UpAxis;
-    const std::vector<Case> cases{
+    } cases[] = {
         {1000.0, Y, {}, UnitChange{1000.0, Y, Z}},
         {25.4, Z, {}, UnitChange{25.4, Unknown, Unknown}},
         {1.0, Z, {}, std::nullopt},
@@ -387,22 +344,23 @@ TEST_F(DocumentBuilder, PutsUnitsAndAxesIntoOneGroupAboveAllOthers)
         {0.0, Unknown, {.up = Up::Z}, UnitChange{1.0, Y, Z}},
         {0.0, Unknown, {.scale = 3.0, .up = Up::Y}, UnitChange{3.0, Unknown, Unknown}},
     };
-    for (std::size_t i = 0; i < cases.size(); ++i) {
+    for (const auto& [unit, axis, options, want] : cases) {
+        SCOPED_TRACE(testing::Message() << "unit " << unit << ", axis " << static_cast<int>(axis));
         builder = {};
         builder.Node("a");
         builder.Node("b");
-        builder.scene.unitInMillimetres = cases[i].unit;
-        builder.scene.upAxis = cases[i].axis;
-        Build(cases[i].options);
-        ASSERT_EQ(built.summary.unitChange.has_value(), cases[i].want.has_value()) << "case " << i;
+        builder.scene.unitInMillimetres = unit;
+        builder.scene.upAxis = axis;
+        Build(options);
         EXPECT_EQ(built.summary.nodes, 2U);
-        if (!cases[i].want) {
-            EXPECT_THAT(Outline(), ElementsAre("group a", "group b")) << "case " << i;
+        ASSERT_EQ(built.summary.unitChange.has_value(), want.has_value());
+        if (!want) {
+            EXPECT_THAT(Outline(), ElementsAre("group a", "group b"));
             continue;
         }
-        EXPECT_THAT(Outline(), ElementsAre("group Units and axes", "  group a", "  group b")) << "case " << i;
-        EXPECT_EQ(Roots()[0]->LocalMatrix(), UnitMatrix(*cases[i].want)) << "case " << i;
-        EXPECT_EQ(built.summary.unitChange->scale, cases[i].want->scale) << "case " << i;
+        EXPECT_THAT(Outline(), ElementsAre("group Units and axes", "  group a", "  group b"));
+        EXPECT_EQ(Roots()[0]->LocalMatrix(), UnitMatrix(*want));
+        EXPECT_EQ(built.summary.unitChange->scale, want->scale);
     }
 
     builder = {};
@@ -425,12 +383,7 @@ TEST_F(DocumentBuilder, RefusesNodesThatAreNestedTooDeep)
 
 TEST_F(DocumentBuilder, NamesThePictureFilesOfMaterialsInUse)
 {
-    ImportedImage picture;
-    picture.name = "checker";
-    picture.width = 2;
-    picture.height = 3;
-    picture.pixels.assign(2 * 3 * 4, std::byte{200});
-    builder.scene.images.push_back(picture);
+    builder.scene.images.push_back({"checker", "", {}, std::vector(2 * 3 * 4, std::byte{200}), 2, 3});
     const Index red = builder.Material("red");
     builder.scene.materials[0].image = 0;
     builder.scene.materials[0].opacity = 0.75;

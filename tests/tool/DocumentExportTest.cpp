@@ -41,47 +41,39 @@ TEST_F(DocumentExport, StoresInterleavedInstancesOnceInTheRightColours)
         ImportedPart part;
         double size;
         double red;
+        double u; ///< of the second point; 0: without texture coordinates
     };
     const Index small = builder.Triangle(2.0);
     const Index large = builder.Triangle(3.0);
     const Index dark = builder.Material("dark", 0.25);
+    builder.scene.images.push_back({"wood", "nowhere/wood.png", {}, {}, 0, 0});
+    builder.scene.materials[0].image = 0;
     const Index light = builder.Material("light", 0.5);
-    const std::vector<Kind> kinds{{{"", small, None, dark}, 2.0, 0.25},
-                                  {{"", large, None, dark}, 3.0, 0.25},
-                                  {{"", small, None, light}, 2.0, 0.5},
-                                  {{"", small, None, None}, 2.0, 0.75},
-                                  {{"", large, None, None}, 3.0, 0.75}};
+    const Index whole = builder.Coordinates({0, 0, 1, 0, 0, 1});
+    const Index half = builder.Coordinates({0, 0, 0.5, 0, 0, 0.5});
+    const std::vector<Kind> kinds{{{"", small, None, dark}, 2.0, 0.25, 0},  {{"", large, None, dark}, 3.0, 0.25, 0},
+                                  {{"", small, None, light}, 2.0, 0.5, 0},  {{"", small, None, None}, 2.0, 0.75, 0},
+                                  {{"", large, None, None}, 3.0, 0.75, 0},  {{"", large, whole, dark}, 3.0, 0.25, 1.0},
+                                  {{"", large, half, dark}, 3.0, 0.25, 0.5}};
     for (int round = 0; round < 3; ++round) {
         for (std::size_t kind = 0; kind < kinds.size(); ++kind)
             builder.Node(std::to_string(kind), None, {kinds[kind].part});
     }
     const Orvel::Test::PRCContent content = Export();
+    EXPECT_THAT(report.Warnings(), testing::ElementsAre("texture 'wood' was not found"));
     EXPECT_EQ(content.tessellations.size(), kinds.size());
     const std::vector<Orvel::Test::PlacedMesh> meshes = PlacedMeshes(content);
     ASSERT_EQ(meshes.size(), 3 * kinds.size());
     for (const Orvel::Test::PlacedMesh& mesh : meshes) {
-        const std::string& name = mesh.place.path.back();
-        const Kind& kind = kinds.at(std::stoul(name));
-        EXPECT_EQ(mesh.tessellation->points.at(1)[0], kind.size) << name;
+        SCOPED_TRACE(mesh.place.path.back());
+        const Kind& kind = kinds.at(std::stoul(mesh.place.path.back()));
+        EXPECT_EQ(mesh.tessellation->points.at(1)[0], kind.size);
+        const auto& coordinates = mesh.tessellation->textureCoordinates;
+        EXPECT_EQ(coordinates.empty() ? 0.0 : coordinates.at(1)[0], kind.u) << "even if the picture is missing";
         const Orvel::Test::ResolvedMaterial look = MaterialOf(content, mesh);
-        ASSERT_NE(look.material, nullptr) << name;
-        EXPECT_EQ(look.material->diffuse[0], kind.red) << name;
+        ASSERT_NE(look.material, nullptr);
+        EXPECT_EQ(look.material->diffuse[0], kind.red);
     }
-}
-
-TEST_F(DocumentExport, KeepsTextureCoordinatesOfPicturesThatAreMissing)
-{
-    ImportedImage picture;
-    picture.name = "wood";
-    picture.path = "nowhere/wood.png";
-    builder.scene.images.push_back(picture);
-    const Index wood = builder.Material("wood");
-    builder.scene.materials[0].image = 0;
-    builder.Node("plank", None, {{"", builder.Triangle(2.0), builder.Coordinates({0, 0, 0.75, 0, 0, 0.5}), wood}});
-    const Orvel::Test::PRCContent content = Export();
-    ASSERT_EQ(content.tessellations.size(), 1U);
-    EXPECT_EQ(content.tessellations[0].textureCoordinates.size(), 3U);
-    EXPECT_THAT(report.Warnings(), testing::ElementsAre("texture 'wood' was not found"));
 }
 
 TEST_F(DocumentExport, PlacesEverythingInMillimetresWithZUp)

@@ -1,6 +1,6 @@
 #include "tool/import/LoadDocument.h"
 
-#include "support/TemporaryFolder.h"
+#include "tests/tool/GltfFile.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -52,12 +52,7 @@ TEST_F(LoadDocuments, ReadEachFormatWithItsReader)
     EXPECT_EQ(obj.trianglesPlaced, 1U);
     EXPECT_FALSE(obj.unitChange.has_value()) << "the format has neither units nor axes";
 
-    // One triangle, its positions as 9 single precision numbers in the buffer.
-    const BuildSummary gltf = Load(folder.Write("plate.gltf", R"({"asset":{"version":"2.0"},"scenes":[{"nodes":[0]}],
-        "nodes":[{"name":"plate","mesh":0}],"meshes":[{"primitives":[{"attributes":{"POSITION":0}}]}],
-        "accessors":[{"bufferView":0,"componentType":5126,"count":3,"type":"VEC3","min":[0,0,0],"max":[2,3,0]}],
-        "bufferViews":[{"buffer":0,"byteLength":36}],
-        "buffers":[{"byteLength":36,"uri":"data:application/octet-stream;base64,AAAAAAAAAAAAAAAAAAAAQAAAAAAAAAAAAAAAAAAAQEAAAAAA"}]})"));
+    const BuildSummary gltf = Load(Orvel::Test::TriangleFile().Write(folder));
     EXPECT_EQ(gltf.objects, 1U);
     EXPECT_EQ(gltf.trianglesPlaced, 1U);
     ASSERT_TRUE(gltf.unitChange.has_value());

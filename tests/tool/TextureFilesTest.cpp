@@ -9,7 +9,6 @@
 
 #include <array>
 #include <fstream>
-#include <iterator>
 #include <memory>
 
 namespace Orvel::Import
@@ -37,11 +36,9 @@ std::vector<std::byte> Bytes(const std::vector<Rgba>& pixels)
 
 std::vector<std::byte> FileBytes(const fs::path& path)
 {
-    std::ifstream stream(path, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
-    std::vector<std::byte> bytes;
-    for (const char c : text)
-        bytes.push_back(static_cast<std::byte>(c));
+    std::vector<std::byte> bytes(fs::file_size(path));
+    std::ifstream(path, std::ios::binary)
+        .read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
     return bytes;
 }
 
@@ -95,13 +92,7 @@ protected:
         return {folder.Path() / "scene" / "house.obj", folders, folder.Path() / "scene" / "tmp", report};
     }
 
-    static ImportedImage External(const std::string& path)
-    {
-        ImportedImage image;
-        image.name = path;
-        image.path = path;
-        return image;
-    }
+    static ImportedImage External(const std::string& path) { return {path, path, {}, {}, 0, 0}; }
 
     /// The file found for a path, without transparency.
     std::string Find(const std::string& path, const std::vector<fs::path>& folders = {})
@@ -213,38 +204,26 @@ TEST_F(TextureLookup, TakesTransparencyAwayOnlyWhereItDoesNotCount)
     EXPECT_EQ(used[1].height, 1U);
 }
 
-TEST_F(TextureLookup, OpaquePicturesStayWhereTheyAreAndAreListedOnce)
+TEST_F(TextureLookup, EqualPicturesAreListedOnceAndOpaqueOnesStayWhereTheyAre)
 {
     const fs::path wood = Paint("scene/wood.png");
+    ImportedImage label{"label", "", FileBytes(Paint("label.png", Red, Glass)), {}, 0, 0};
     TextureFiles textures = Textures();
     EXPECT_EQ(textures.FileFor(External("wood.png"), 0, false), wood);
     EXPECT_EQ(textures.FileFor(External("wood.png"), 0, true), wood);
     EXPECT_THAT(textures.Used(), SizeIs(1));
-}
-
-TEST_F(TextureLookup, EqualPicturesAreListedOnce)
-{
-    ImportedImage label;
-    label.name = "label";
-    label.encoded = FileBytes(Paint("label.png", Red, Glass));
-    ImportedImage other = label;
-    other.encoded = FileBytes(Paint("other.png", Glass, Red));
-    TextureFiles textures = Textures();
-    for (const Index index : {0, 1})
+    for (const Index index : {1, 2})
         (void)textures.FileFor(label, index, true);
-    (void)textures.FileFor(other, 2, true);
-    EXPECT_THAT(textures.Used(), SizeIs(2));
+    label.encoded = FileBytes(Paint("other.png", Glass, Red));
+    (void)textures.FileFor(label, 3, true);
+    EXPECT_THAT(textures.Used(), SizeIs(3));
 }
 
 TEST_F(TextureLookup, TellsTheSizeThatTheLimitLeaves)
 {
     const auto image = [](std::uint32_t width, std::uint32_t height) {
-        ImportedImage picture;
-        picture.name = std::to_string(width);
-        picture.width = width;
-        picture.height = height;
-        picture.pixels.assign(std::size_t{4} * width * height, std::byte{200});
-        return picture;
+        return ImportedImage{
+            std::to_string(width), "", {}, std::vector(std::size_t{4} * width * height, std::byte{200}), width, height};
     };
     fs::create_directories(folder.Path() / "scene");
     TextureFiles textures(folder.Path() / "scene" / "house.obj", {}, folder.Path(), report, 16);
@@ -252,24 +231,18 @@ TEST_F(TextureLookup, TellsTheSizeThatTheLimitLeaves)
     (void)textures.FileFor(image(30, 11), 1, false);
     (void)textures.FileFor(image(7, 48), 2, false);
     EXPECT_THAT(textures.FileFor(image(100, 6), 3, false), IsNoFile("100"));
-    std::vector<std::array<std::uint32_t, 4>> sizes;
+    using Sizes = std::array<std::uint32_t, 4>;
+    std::vector<Sizes> sizes;
     for (const TextureFile& file : textures.Used())
         sizes.push_back({file.width, file.height, file.storedWidth, file.storedHeight});
-    using Sizes = std::array<std::uint32_t, 4>;
     EXPECT_THAT(sizes, ElementsAre(Sizes{16, 5, 16, 5}, Sizes{30, 11, 16, 5}, Sizes{7, 48, 2, 16}));
     EXPECT_THAT(report.Warnings(), ElementsAre(HasSubstr("texture '100' (100 x 6 pixels) is left out")));
 }
 
 TEST_F(TextureLookup, WritesEmbeddedPicturesToTheTemporaryFolder)
 {
-    ImportedImage encoded;
-    encoded.name = "label";
-    encoded.encoded = FileBytes(Paint("elsewhere.png", Red, Glass));
-    ImportedImage raw;
-    raw.name = "skin";
-    raw.width = 1;
-    raw.height = 2;
-    raw.pixels = Bytes({Red, Glass});
+    const ImportedImage encoded{"label", "", FileBytes(Paint("elsewhere.png", Red, Glass)), {}, 0, 0};
+    const ImportedImage raw{"skin", "", {}, Bytes({Red, Glass}), 1, 2};
     ImportedImage tooFew = raw;
     tooFew.height = 3;
 

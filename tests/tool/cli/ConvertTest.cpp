@@ -1,9 +1,10 @@
+#include "tests/prcfile/ExampleFile.h"
+#include "tests/tool/GltfFile.h"
 #include "tests/tool/cli/FileContent.h"
 #include "tests/tool/cli/ProgramRun.h"
 #include "tests/tool/pdf/PdfBuilder.h"
 
 #include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
 
 #include <filesystem>
 #include <iterator>
@@ -14,14 +15,13 @@ namespace Orvel::Test
 namespace
 {
 
-using nlohmann::json;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-std::string Example(const char* name)
+std::string Example(const std::string& name)
 {
-    return (std::filesystem::path(ORVEL_TEST_DATA) / "prc" / name).string();
+    return prc::Test::ExamplePath(name).string();
 }
 
 class Convert : public testing::Test
@@ -47,33 +47,28 @@ protected:
 
 TEST_F(Convert, KeepsTheTreeAndSharedMeshesInMetres)
 {
-    const json gltf = GltfOf({Example("b_groups.prc")});
+    const json gltf = GltfOf({Example("b_groups")});
     ASSERT_EQ(gltf["nodes"].size(), 7U);
     EXPECT_EQ(gltf["nodes"][0]["name"], "Units and axes");
     EXPECT_EQ(gltf["nodes"][0]["matrix"], (json{0.001, 0, 0, 0, 0, 0.001, 0, 0, 0, 0, 0.001, 0, 0, 0, 0, 1}));
     EXPECT_EQ(gltf["nodes"][4]["name"], "scaled");
     EXPECT_EQ(gltf["nodes"][4]["matrix"], (json{2, 0, 0, 0, 0, 0.5, 0, 0, 0, 0, 3, 0, 0, 0, 0, 1}));
-    EXPECT_EQ(GltfOf({Example("b_groups.prc"), "--scale", "1"})["nodes"].size(), 6U);
+    EXPECT_EQ(GltfOf({Example("b_groups"), "--scale", "1"})["nodes"].size(), 6U);
 }
 
-/// A quad, 2 x 3, textured, in metres, exported with the group that makes millimetres of them.
+/// A triangle in metres, exported with the group that makes millimetres of them.
 TEST_F(Convert, UndoesTheGroupForUnitsAndAxesOfAnExport)
 {
-    WriteFile(folder / "scene.gltf", R"({
-        "asset": {"version": "2.0"}, "scene": 0, "scenes": [{"nodes": [0]}],
-        "nodes": [{"name": "quad", "mesh": 0, "translation": [7, 11, 13]}],
-        "materials": [{"pbrMetallicRoughness": {"baseColorFactor": [0.25, 0.5, 1, 0.5], "roughnessFactor": 0.75,
-                       "metallicFactor": 0}, "alphaMode": "BLEND"}],
-        "meshes": [{"primitives": [{"attributes": {"POSITION": 0}, "material": 0}]}],
-        "accessors": [{"bufferView": 0, "componentType": 5126, "count": 3, "type": "VEC3",
-                       "min": [0, 0, 0], "max": [2, 3, 0]}],
-        "bufferViews": [{"buffer": 0, "byteLength": 36}],
-        "buffers": [{"byteLength": 36,
-            "uri": "data:application/octet-stream;base64,AAAAAAAAAAAAAAAAAAAAQAAAAAAAAAAAAAAAAAAAQEAAAAAA"}]})");
+    GltfFile file;
+    file.MeshNode({{"POSITION", file.Vectors({0, 0, 0, 2, 0, 0, 0, 3, 0})}})["material"] = 0;
+    file.document["nodes"][0].update({{"name", "corner"}, {"translation", {7, 11, 13}}});
+    file.document["materials"] = json::parse(R"([{"alphaMode": "BLEND", "pbrMetallicRoughness": {
+        "baseColorFactor": [0.25, 0.5, 1, 0.5], "roughnessFactor": 0.75, "metallicFactor": 0}}])");
+    file.Write(folder);
     ASSERT_EQ(RunProgram({"export", "scene.gltf", "-o", "scene.prc"}, folder).exitCode, 0);
     const json gltf = GltfOf({"scene.prc"});
     ASSERT_EQ(gltf["nodes"].size(), 1U);
-    EXPECT_EQ(gltf["nodes"][0]["name"], "quad");
+    EXPECT_EQ(gltf["nodes"][0]["name"], "corner");
     EXPECT_EQ(gltf["nodes"][0]["matrix"], (json{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 7, 11, 13, 1}));
     EXPECT_EQ(gltf["accessors"][0]["max"], (json{2, 3, 0}));
     const json& material = gltf["materials"][0];
@@ -92,7 +87,7 @@ TEST_F(Convert, UndoesTheGroupForUnitsAndAxesOfAnExport)
 TEST_F(Convert, PutsTheFilesOfObjBesideIt)
 {
     std::filesystem::create_directory(folder / "größe");
-    const ProgramResult result = Run({Example("c_tex_rgb_png.prc"), "-o", "größe/two words.obj", "--json"});
+    const ProgramResult result = Run({Example("c_tex_rgb_png"), "-o", "größe/two words.obj", "--json"});
     ASSERT_EQ(result.exitCode, 0) << result.err;
     EXPECT_EQ(json::parse(result.out)["sideFiles"], (json{"two words-1.png", "two words.mtl"}));
     EXPECT_THAT(ReadFile(folder / "größe/two words.obj"), HasSubstr("mtllib two words.mtl"));
@@ -102,20 +97,20 @@ TEST_F(Convert, PutsTheFilesOfObjBesideIt)
     EXPECT_EQ(std::distance(begin(files), end(files)), 3);
 
     WriteFile(folder / "other.mtl", "mine");
-    const ProgramResult kept = Run({Example("c_tex_rgb_png.prc"), "-o", "other.obj", "--no-clobber"});
+    const ProgramResult kept = Run({Example("c_tex_rgb_png"), "-o", "other.obj", "--no-clobber"});
     EXPECT_EQ(kept.exitCode, 1);
     EXPECT_THAT(kept.err, HasSubstr("'other.mtl': it exists already"));
     EXPECT_EQ(ReadFile(folder / "other.mtl"), "mine");
     EXPECT_THAT(folder.Names(), testing::UnorderedElementsAre("größe", "other.mtl"));
 
-    const ProgramResult alone = Run({Example("c_tex_rgb_png.prc"), "-o", "-", "--format", "obj", "--quiet"});
+    const ProgramResult alone = Run({Example("c_tex_rgb_png"), "-o", "-", "--format", "obj", "--quiet"});
     EXPECT_THAT(alone.out, HasSubstr("\nf "));
     EXPECT_THAT(alone.out, testing::Not(HasSubstr("mtllib")));
 }
 
 TEST_F(Convert, TakesAModelOutOfAPdfByteForByte)
 {
-    const std::string model = ReadFile(Example("b_groups.prc"));
+    const std::string model = ReadFile(Example("b_groups"));
     PdfBuilder builder;
     builder.AddAnnotation(builder.AddPage(), "scene", builder.Model(model));
     builder.AddAnnotation(builder.AddPage(), "text", builder.Model("no PRC"));
@@ -130,7 +125,7 @@ TEST_F(Convert, TakesAModelOutOfAPdfByteForByte)
 
 TEST_F(Convert, RefusesWhatItCannotDo)
 {
-    const std::string input = Example("b_groups.prc");
+    const std::string input = Example("b_groups");
     EXPECT_EQ(Run({input, "-o", "out.fbx"}).exitCode, 2);
     EXPECT_EQ(Run({input, "-o", "out"}).exitCode, 2);
     EXPECT_EQ(Run({input, "-o", "out.glb", "--stream", "1"}).exitCode, 1);

@@ -1,3 +1,4 @@
+#include "tests/prcfile/ExampleFile.h"
 #include "tests/tool/cli/FileContent.h"
 #include "tests/tool/cli/ProgramRun.h"
 #include "tests/tool/pdf/PdfBuilder.h"
@@ -17,15 +18,15 @@ using nlohmann::json;
 using testing::HasSubstr;
 using testing::Not;
 
-std::string Example(const char* name)
+std::string Example(const std::string& name)
 {
-    return (std::filesystem::path(ORVEL_TEST_DATA) / "prc" / name).string();
+    return prc::Test::ExamplePath(name).string();
 }
 
 TEST(Inspect, TellsTheTreeAndItsInstancesAsJson)
 {
     const TemporaryFolder folder;
-    const ProgramResult result = RunProgram({"inspect", Example("b_groups.prc"), "--json"}, folder);
+    const ProgramResult result = RunProgram({"inspect", Example("b_groups"), "--json"}, folder);
     ASSERT_EQ(result.exitCode, 0) << result.err;
     const json report = json::parse(result.out);
     EXPECT_EQ(report["complete"], true);
@@ -44,7 +45,7 @@ TEST(Inspect, TellsTheTreeAndItsInstancesAsJson)
 TEST(Inspect, NarrowsTheReport)
 {
     const TemporaryFolder folder;
-    const ProgramResult result = RunProgram({"inspect", Example("c_tex_rgb_png.prc"), "--materials"}, folder);
+    const ProgramResult result = RunProgram({"inspect", Example("c_tex_rgb_png"), "--materials"}, folder);
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.out, HasSubstr("0 png, 4 x 4 pixels"));
     EXPECT_THAT(result.out, Not(HasSubstr("Sections")));
@@ -54,8 +55,7 @@ TEST(Inspect, NarrowsTheReport)
 TEST(Inspect, RefusesWhatIsNoPrcFile)
 {
     const TemporaryFolder folder;
-    const ProgramResult result =
-        RunProgram({"inspect", (std::filesystem::path(ORVEL_TEST_DATA) / "frequent-doubles.tsv").string()}, folder);
+    const ProgramResult result = RunProgram({"inspect", ORVEL_TEST_DATA "/frequent-doubles.tsv"}, folder);
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.out, "");
     EXPECT_THAT(result.err, HasSubstr("expected the signature 'PRC'"));
@@ -67,8 +67,8 @@ TEST(Inspect, ReadsTheModelsOfAPdf)
     PdfBuilder builder;
     const QPDFObjectHandle page = builder.AddPage();
     builder.AddAnnotation(page, "old", builder.Model("U3D", "/U3D"));
-    builder.AddAnnotation(page, "groups", builder.Model(ReadFile(Example("b_groups.prc"))));
-    builder.AddAnnotation(page, "texture", builder.Model(ReadFile(Example("c_tex_rgb_png.prc"))));
+    builder.AddAnnotation(page, "groups", builder.Model(ReadFile(Example("b_groups"))));
+    builder.AddAnnotation(page, "texture", builder.Model(ReadFile(Example("c_tex_rgb_png"))));
     builder.Write(folder / "models.pdf", "secret");
 
     const ProgramResult first = RunProgram({"inspect", "models.pdf", "--json", "--password", "secret"}, folder);

@@ -17,28 +17,12 @@ namespace
 {
 
 /// Two groups with triangles at several depths, and one that ends up empty.
-constexpr const char* GroupsDae = R"(<?xml version="1.0"?>
-<COLLADA xmlns="http://www.collada.org/2005/11/COLLADASchema" version="1.4.1">
- <asset><unit meter="0.001"/><up_axis>Z_UP</up_axis></asset>
- <library_geometries><geometry id="g"><mesh>
-  <source id="p"><float_array id="a" count="9">0 0 0 2 0 0 0 3 5</float_array><technique_common>
-   <accessor source="#a" count="3" stride="3"><param name="X" type="float"/><param name="Y" type="float"/>
-    <param name="Z" type="float"/></accessor></technique_common></source>
-  <vertices id="v"><input semantic="POSITION" source="#p"/></vertices>
-  <triangles count="1"><input semantic="VERTEX" source="#v" offset="0"/><p>0 1 2</p></triangles>
- </mesh></geometry></library_geometries>
- <library_visual_scenes><visual_scene id="s">
-  <node name="first"><node name="deep"><instance_geometry url="#g"/></node><node name="hollow"/></node>
-  <node name="second"><instance_geometry url="#g"/></node>
- </visual_scene></library_visual_scenes>
- <scene><instance_visual_scene url="#s"/></scene>
-</COLLADA>)";
+const std::string GroupsDae = ORVEL_TEST_DATA "/import/groups.dae";
 
 TEST(Record, NumbersTheNodesAsTheFileHasThem)
 {
     const TemporaryFolder folder;
-    WriteFile(folder / "groups.dae", GroupsDae);
-    const ProgramResult result = RunProgram({"export", "groups.dae", "-o", "a.prc", "--record", "a.json"}, folder);
+    const ProgramResult result = RunProgram({"export", GroupsDae, "-o", "a.prc", "--record", "a.json"}, folder);
     ASSERT_EQ(result.exitCode, 0) << result.err;
 
     const json record = json::parse(ReadFile(folder / "a.json"));
@@ -57,7 +41,7 @@ TEST(Record, NumbersTheNodesAsTheFileHasThem)
     }
     EXPECT_EQ(record["nodes"][1],
               json::parse(R"({"number": 2, "name": "deep", "parent": 1, "path": ["first", "deep"]})"));
-    EXPECT_EQ(RunProgram({"export", "groups.dae", "-o", "b.prc", "--record", "b.json"}, folder).exitCode, 0);
+    EXPECT_EQ(RunProgram({"export", GroupsDae, "-o", "b.prc", "--record", "b.json"}, folder).exitCode, 0);
     EXPECT_EQ(ReadFile(folder / "a.json"), ReadFile(folder / "b.json"));
     EXPECT_EQ(ReadFile(folder / "a.prc"), ReadFile(folder / "b.prc"));
 }
@@ -165,12 +149,11 @@ TEST(Record, IsTheSameFromAnAnimationThatWasKept)
 TEST(Record, IsRefusedWithTheOutput)
 {
     const TemporaryFolder folder;
-    WriteFile(folder / "groups.dae", GroupsDae);
-    EXPECT_EQ(RunProgram({"export", "groups.dae", "-o", "a.prc", "--record", "a.prc"}, folder).exitCode, 2);
-    const ProgramResult lost = RunProgram({"export", "groups.dae", "-o", "a.prc", "--record", "no/a.json"}, folder);
+    EXPECT_EQ(RunProgram({"export", GroupsDae, "-o", "a.prc", "--record", "a.prc"}, folder).exitCode, 2);
+    const ProgramResult lost = RunProgram({"export", GroupsDae, "-o", "a.prc", "--record", "no/a.json"}, folder);
     EXPECT_EQ(lost.exitCode, 1);
     EXPECT_THAT(lost.err, testing::HasSubstr("no/a.json"));
-    EXPECT_THAT(folder.Names(), testing::ElementsAre("groups.dae"));
+    EXPECT_THAT(folder.Names(), testing::IsEmpty());
 }
 
 TEST(Listing, NamesWhatOtherOptionsAskFor)

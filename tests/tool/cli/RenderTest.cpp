@@ -1,3 +1,4 @@
+#include "tests/prcfile/ExampleFile.h"
 #include "tests/tool/cli/FileContent.h"
 #include "tests/tool/cli/ProgramRun.h"
 
@@ -32,7 +33,7 @@ protected:
     }
 
     TemporaryFolder folder;
-    std::string model = (std::filesystem::path(ORVEL_TEST_DATA) / "prc" / "b_groups.prc").string();
+    std::string model = prc::Test::ExamplePath("b_groups").string();
 };
 
 TEST_F(Render, TakesThePictureThatWasAskedFor)

@@ -2,6 +2,7 @@
 
 #include "tool/cli/CommandParsers.h"
 #include "tool/cli/Errors.h"
+#include "tool/cli/Version.h"
 
 #include <CLI/CLI.hpp>
 
@@ -43,7 +44,7 @@ Command ParseCommandLine(int argumentCount, const char* const* arguments)
     Command chosen;
     CLI::App program("Turns 3D scenes into PRC (ISO 14739-1), the 3D format inside PDF, and back.", "orvelprc");
     program.footer(ProgramExamples);
-    program.set_version_flag("--version", "orvelprc " ORVEL_VERSION, "Print the version and end");
+    program.set_version_flag("--version", "orvelprc " + VersionWithRevision(), "Print the version and end");
     program.require_subcommand(1);
     program.get_formatter()->column_width(28);
     program.get_formatter()->label("SUBCOMMAND", "COMMAND");

@@ -169,7 +169,8 @@ TEST(CommandLine, HelpShowsExamplesForTheProgramAndEachCommand)
     EXPECT_THAT(help({"export", "-h"}), HasSubstr("--memory-limit"));
     EXPECT_THAT(help({"formats", "--help"}), HasSubstr("orvelprc formats --json"));
     EXPECT_THAT(help({"formats", "--help"}), Not(HasSubstr("--texture-dir")));
-    EXPECT_THAT(help({"--version"}), testing::MatchesRegex("orvelprc [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+    EXPECT_THAT(help({"--version"}),
+                testing::MatchesRegex("orvelprc [0-9]+\\.[0-9]+\\.[0-9]+( \\(revision [0-9a-f]{12}\\+?\\))?\n"));
 }
 
 } // namespace

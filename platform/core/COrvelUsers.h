@@ -116,7 +116,9 @@ public:
 
 private:
     friend COrvelUsers<User, Used>;
+    /// @cond Doxygen takes this for the definition of a constructor.
     friend typename COrvelUsers<User, Used>::Iterator;
+    /// @endcond
 
     User* user;
     COrvelUsers<User, Used>* users = nullptr;

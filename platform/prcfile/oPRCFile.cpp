@@ -9,6 +9,7 @@
 #include "platform/prcfile/SectionWriter.h"
 #include "platform/prcfile/TessellationChecks.h"
 #include "platform/prcfile/TessellationSection.h"
+#include "platform/prcfile/WriteTimer.h"
 
 #include <algorithm>
 #include <array>
@@ -145,6 +146,7 @@ FileIds oPRCFile::Content::deriveIds(Bytes globals, Bytes treeBytes, Bytes tesse
 
 void oPRCFile::Content::write(Output& output)
 {
+    std::optional<WriteTimer> timer(&WriteTimes::encoding);
     tree.close();
     IdentifierCounter identifiers;
     SectionWriter globals;
@@ -152,14 +154,18 @@ void oPRCFile::Content::write(Output& output)
     SectionWriter treeSection;
     tree.write(treeSection, identifiers);
     const Bytes tessellationBytes = tessellations.close();
-
     const FileIds ids = deriveIds(globals.bytes(), treeSection.bytes(), tessellationBytes);
+
+    timer.emplace(&WriteTimes::compression);
     const CompressedSections sections = {compressSection(globals.bytes()), compressSection(treeSection.bytes()),
                                          compressSection(tessellationBytes),
                                          compressSection(emptySection(EntityType::FileStructureGeometry).bytes()),
                                          compressSection(emptySection(EntityType::FileStructureExtraGeometry).bytes())};
     const ByteBuffer model = compressSection(modelFile(tree, unit, ids.fileStructure).bytes());
-    writeFile(output, ids, materials.pictures().encode(), sections, model);
+    const PngFiles pictures = materials.pictures().encode();
+
+    timer.emplace(&WriteTimes::output);
+    writeFile(output, ids, pictures, sections, model);
 }
 
 oPRCFile::oPRCFile(const std::string& name, double unit, unsigned fileStructures)
@@ -217,6 +223,7 @@ std::uint32_t oPRCFile::add3DTess(PRC3DTess*& tess, unsigned fileStructure)
         throw std::invalid_argument("a null tessellation is added");
     if (fileStructure != 0)
         throw std::out_of_range("a tessellation is added to a file structure that does not exist");
+    const WriteTimer timer(&WriteTimes::encoding);
     checkTessellation(*owned, gathered.materials.styleCount());
     return gathered.tessellations.add(*owned);
 }

@@ -18,7 +18,39 @@ namespace Orvel::Import
 namespace
 {
 
-constexpr std::string_view Blanks = " \t\r\v\f";
+/// Some characters. The searches of the standard library look through the whole set anew for each character of a text,
+/// which would take longer than all else here.
+class CharacterSet
+{
+public:
+    constexpr explicit CharacterSet(std::string_view members)
+    {
+        for (const char member : members)
+            isMember[static_cast<unsigned char>(member)] = true;
+    }
+
+    [[nodiscard]] bool Has(char c) const { return isMember[static_cast<unsigned char>(c)]; }
+
+    /// Where a text has its first character that is no member; its length when all are.
+    [[nodiscard]] std::size_t FirstOutside(std::string_view text) const
+    {
+        const auto found = std::ranges::find_if_not(text, [this](char c) { return Has(c); });
+        return static_cast<std::size_t>(found - text.begin());
+    }
+
+    /// Where a text has its first member; its length when there is none.
+    [[nodiscard]] std::size_t FirstInside(std::string_view text) const
+    {
+        const auto found = std::ranges::find_if(text, [this](char c) { return Has(c); });
+        return static_cast<std::size_t>(found - text.begin());
+    }
+
+private:
+    std::array<bool, 256> isMember{};
+};
+
+constexpr CharacterSet Blanks(" \t\r\v\f");
+constexpr CharacterSet CornerCharacters("0123456789-+/");
 
 char Lower(char c)
 {
@@ -59,7 +91,7 @@ bool EndsWithEndsolid(std::string_view bytes)
     const auto last = bytes.find_last_not_of(std::string_view(" \t\r\n\v\f\0\x1A", 8));
     bytes = bytes.substr(0, last == std::string_view::npos ? 0 : last + 1);
     std::string_view line = bytes.substr(bytes.find_last_of("\r\n") + 1);
-    line.remove_prefix(std::min(line.find_first_not_of(Blanks), line.size()));
+    line.remove_prefix(Blanks.FirstOutside(line));
     return StartsWithAnyCase(line, "endsolid") || StartsWithAnyCase(line, "end solid");
 }
 
@@ -72,7 +104,7 @@ std::string_view TakeOffLine(std::string_view& text)
         std::string_view line = text.substr(0, text.find('\n'));
         text.remove_prefix(std::min(line.size() + 1, text.size()));
         line = line.substr(0, line.find('#'));
-        line.remove_prefix(std::min(line.find_first_not_of(Blanks), line.size()));
+        line.remove_prefix(Blanks.FirstOutside(line));
         if (!line.empty())
             return line;
     }
@@ -92,8 +124,8 @@ public:
     /// Empty at the end.
     std::string_view Next()
     {
-        rest.remove_prefix(std::min(rest.find_first_not_of(Blanks), rest.size()));
-        const std::string_view field = rest.substr(0, rest.find_first_of(Blanks));
+        rest.remove_prefix(Blanks.FirstOutside(rest));
+        const std::string_view field = rest.substr(0, Blanks.FirstInside(rest));
         rest.remove_prefix(field.size());
         return field;
     }
@@ -110,8 +142,8 @@ struct ObjLine
 
 ObjLine SplitObjLine(std::string_view line)
 {
-    line.remove_prefix(std::min(line.find_first_not_of(Blanks), line.size()));
-    const std::string_view keyword = line.substr(0, line.find_first_of(Blanks));
+    line.remove_prefix(Blanks.FirstOutside(line));
+    const std::string_view keyword = line.substr(0, Blanks.FirstInside(line));
     return {keyword, line.substr(keyword.size())};
 }
 
@@ -122,7 +154,7 @@ void CheckObjFace(std::string_view content, std::size_t number)
     if (corner.empty())
         throw ImportError("the file is damaged: the face in line " + std::to_string(number) + " has no corners");
     for (; !corner.empty(); corner = fields.Next())
-        if (corner.front() == '/' || corner.find_first_not_of("0123456789-+/") != std::string_view::npos)
+        if (corner.front() == '/' || CornerCharacters.FirstOutside(corner) < corner.size())
             throw ImportError("the file is damaged: the face in line " + std::to_string(number) + " has the corner " +
                               Quoted(corner));
 }

@@ -1,6 +1,6 @@
 #include "tool/animation/ClipKeys.h"
 
-#include "platform/core/COrvelSceneNode.h"
+#include "tool/animation/SceneExtent.h"
 #include "tool/import/TrackEvaluation.h"
 
 #include <algorithm>
@@ -19,18 +19,6 @@ namespace
 /// A last key that lies this part of a frame behind a frame still belongs to it: times are rounded to single precision
 /// in most files.
 constexpr double FrameRounding = 1e-3;
-
-/// The largest factor by which lengths in the node's local matrix grow up to the world.
-double ScaleAbove(const COrvelSceneNode& node)
-{
-    if (!node.Parent())
-        return 1.0;
-    const COrvelMatrix world = node.Parent()->LocalToWorldMatrix();
-    double largest = 0.0;
-    for (int column = 0; column < 3; ++column)
-        largest = std::max(largest, std::hypot(world.M(0, column), world.M(1, column), world.M(2, column)));
-    return largest;
-}
 
 /// One value for each frame, from frame 0 on.
 template <class Value, class At>

@@ -8,6 +8,7 @@
 #include "platform/core/COrvelVerticiesTable.h"
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <span>
 #include <vector>
@@ -88,6 +89,17 @@ SceneExtent MeasureScene(const COrvelDocument& document)
                 shapes.Add(tables.BoxOf(object->Geometry()->VerticiesTable()), world);
         }
     return shapes.IsEmpty() ? places.Extent() : shapes.Extent();
+}
+
+double ScaleAbove(const COrvelSceneNode& node)
+{
+    if (!node.Parent())
+        return 1.0;
+    const COrvelMatrix world = node.Parent()->LocalToWorldMatrix();
+    double largest = 0.0;
+    for (int column = 0; column < 3; ++column)
+        largest = std::max(largest, std::hypot(world.M(0, column), world.M(1, column), world.M(2, column)));
+    return largest;
 }
 
 } // namespace Orvel::Animate

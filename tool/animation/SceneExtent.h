@@ -5,7 +5,8 @@
 namespace Orvel
 {
 class COrvelDocument;
-}
+class COrvelSceneNode;
+} // namespace Orvel
 
 namespace Orvel::Animate
 {
@@ -22,5 +23,8 @@ struct SceneExtent
 
 /// Around the shapes of all objects; where there are none, around the places of all nodes.
 [[nodiscard]] SceneExtent MeasureScene(const COrvelDocument& document);
+
+/// The largest factor by which lengths in the node's local matrix grow up to the world.
+[[nodiscard]] double ScaleAbove(const COrvelSceneNode& node);
 
 } // namespace Orvel::Animate

@@ -1,5 +1,8 @@
 #include "tool/import/DistinctNames.h"
 
+#include "platform/core/COrvelDocument.h"
+#include "platform/core/COrvelSceneNode.h"
+
 #include <cstddef>
 #include <set>
 #include <unordered_map>
@@ -25,6 +28,23 @@ std::vector<std::string> DistinctNames(std::vector<std::string> names, const std
         name = std::move(distinct);
     }
     return names;
+}
+
+void GiveDistinctNodeNames(const COrvelDocument& document)
+{
+    std::vector<COrvelSceneNode*> nodes;
+    std::vector<std::string> names;
+    std::vector<COrvelSceneNode*> roots;
+    document.ListRootSceneNodes(roots);
+    for (COrvelSceneNode* const root : roots)
+        for (COrvelSceneNode* node = root; node; node = node->NextInSubtree(root)) {
+            nodes.push_back(node);
+            names.push_back(node->Name().toStdString());
+        }
+    const std::vector<std::string> distinct = DistinctNames(names, "Node");
+    for (std::size_t i = 0; i < nodes.size(); ++i)
+        if (distinct[i] != names[i])
+            nodes[i]->SetName(COrvelString(distinct[i]));
 }
 
 } // namespace Orvel::Import

@@ -12,77 +12,14 @@
 
 namespace Orvel
 {
-
 namespace
 {
 
 using testing::ElementsAre;
 using Bytes = std::vector<std::uint8_t>;
-using Numbers = std::vector<double>;
 
-void Append(Numbers& numbers, double value)
-{
-    numbers.push_back(value);
-}
-void Append(Numbers& numbers, const COrvelMatrix& matrix)
-{
-    numbers.insert(numbers.end(), matrix.Values().begin(), matrix.Values().end());
-}
-void Append(Numbers& numbers, const COrvel3DVertex& point)
-{
-    numbers.insert(numbers.end(), {point.X(), point.Y(), point.Z()});
-}
-void Append(Numbers& numbers, const COrvelID& id)
-{
-    numbers.push_back(static_cast<double>(id.Number()));
-}
-
-/// Data without a motion of their own have no use for frames of constant speed and do not store them.
-bool IsSteady(const COrvelKeyFrameData& data)
-{
-    return !dynamic_cast<const Camera*>(&data) && !dynamic_cast<const Table*>(&data) &&
-           !dynamic_cast<const Follower*>(&data);
-}
-
-/// Everything that a data holds, by what its accessors say.
-Numbers ContentOf(const COrvelKeyFrameData& data)
-{
-    Numbers all;
-    const auto add = [&all](const auto&... values) { (Append(all, values), ...); };
-    add(data.Type(), data.StartFrame(), data.EndFrame(), data.WorkingFrame(), data.EaseIn(), data.EaseOut(),
-        data.SequenceNumber(), data.CollapsingGroupID().Data()[3], data.OwnerGuid().Data()[5], data.TargetEntityID(),
-        data.AnimatedEntityID());
-    if (const auto* const plain = dynamic_cast<const Plain*>(&data))
-        add(plain->StoredMatrix(), plain->Pivot());
-    if (!IsSteady(data))
-        add(data.ConstantSpeedStartFrame(), data.ConstantSpeedEndFrame());
-    if (const auto* const camera = dynamic_cast<const Camera*>(&data))
-        add(camera->DistanceToTarget(), camera->AngleInDegrees(), camera->Descends(), camera->IsOrbit(),
-            camera->UsesCameraBlend(), camera->FieldOfView(), camera->DOFDistance(), camera->DOFFStop(),
-            camera->DOFIsEnabled());
-    if (const auto* const grid = dynamic_cast<const Grid*>(&data))
-        add(grid->GridType(), grid->Rows(), grid->Columns(), grid->VerticalWrap(), grid->Centre());
-    if (const auto* const table = dynamic_cast<const Table*>(&data))
-        add(table->Reference(), table->AxisFrame(), table->Normal().Point(), table->Normal().Direction(),
-            table->AngleInDegrees());
-    if (const auto* const follower = dynamic_cast<const Follower*>(&data))
-        add(follower->BaseMatrix(), follower->OffsetMatrix(), follower->ReferenceMatrix(), follower->PathID(),
-            follower->FollowedNodeID());
-    if (const auto* const material = dynamic_cast<const Material*>(&data))
-        add(material->Material() ? dynamic_cast<COrvelBasicMetallicMaterial&>(*material->Material()).Roughness() : -1);
-    if (const auto* const light = dynamic_cast<const Light*>(&data))
-        add(light->Light() ? light->Light()->Intensity() : -1);
-    if (const auto* const shapes = dynamic_cast<const Vertices*>(&data)) {
-        const auto* const shape = shapes->TableAtWorkingFrame();
-        add(static_cast<double>(shapes->TableCount()), shape ? shape->Item(1) : COrvel3DVertex());
-    }
-    if (const auto* const hideShow = dynamic_cast<const HideShow*>(&data))
-        add(hideShow->IsHidden());
-    if (const auto* const morph = dynamic_cast<const Morph*>(&data))
-        add(morph->Weight(), morph->ObjectID());
-    return all;
-}
-
+/// Whether every value of a record is written and read is for the tests of the layouts, which put the bytes together by
+/// hand: here, what was read has to give the same bytes.
 class AnimationArchive : public KeyFrames
 {
 protected:
@@ -123,26 +60,6 @@ protected:
         return sequences;
     }
 
-    /// The content of the timeline, then of every sequence.
-    std::vector<Numbers> Content() const
-    {
-        std::vector<Numbers> content;
-        const auto append = [&content](const COrvelKeyFrameManager& timeline) {
-            content.push_back({1.0 * timeline.CurrentFrame(), 1.0 * timeline.FirstFrame(), 1.0 * timeline.LastFrame()});
-            KeyFrameDataList all;
-            timeline.ListAllKeyFrameData(all);
-            for (const DataPtr& data : all)
-                content.push_back(ContentOf(*data));
-        };
-        append(*manager);
-        for (const COrvelSequence* const sequence : Sequences()) {
-            append(*sequence);
-            content.push_back({1.0 * sequence->OrderIndex(), sequence->Duration(), 1.0 * sequence->UUID().Data()[0],
-                               1.0 * sequence->GroupID().Data()[0], 1.0 * sequence->PreviewImage().IsEmpty()});
-        }
-        return content;
-    }
-
     Bytes Write()
     {
         COrvelArchiveWriter archive;
@@ -175,12 +92,10 @@ TEST_F(AnimationArchive, BringsBackTimelinesSequencesGroupsAndCaptions)
 {
     for (int round = 0; round < 5; ++round) {
         FillEverything(1 + round);
-        const std::vector<Numbers> content = Content();
         const Bytes bytes = Write();
         Forget();
         container->HostSequences().push_back(nullptr);
         ASSERT_TRUE(Read(bytes));
-        EXPECT_EQ(Content(), content);
         EXPECT_EQ(Write(), bytes);
         EXPECT_EQ(manager->Name(), "timeline");
         EXPECT_EQ(*captions->FindCaption(group), "walk");
@@ -332,8 +247,9 @@ TEST_F(AnimationArchive, KeepsSnapshots)
     ASSERT_TRUE(read.ReadFromArchive(reader) && reader.IsAtEnd());
     ASSERT_EQ(read.KeyFrameData().size(), static_cast<std::size_t>(RandomTimeline::typeCount))
         << "what was there before is gone";
-    for (const auto& [entity, data] : written.KeyFrameData())
-        EXPECT_EQ(ContentOf(*read.KeyFrameData().at(entity)), ContentOf(*data));
+    COrvelArchiveWriter again;
+    EXPECT_TRUE(read.WriteIntoArchive(again));
+    EXPECT_EQ(again.Bytes(), archive.Bytes());
     Bytes unknownType = archive.Bytes();
     unknownType[4 + 12] = 10; // behind the count and the first id
     COrvelArchiveReader damaged(unknownType);
@@ -342,5 +258,4 @@ TEST_F(AnimationArchive, KeepsSnapshots)
 }
 
 } // namespace
-
 } // namespace Orvel

@@ -12,7 +12,6 @@
 
 namespace Orvel
 {
-
 namespace
 {
 
@@ -213,5 +212,4 @@ TEST_F(CollapsingGroups, AreListedByDataAndByEntity)
 }
 
 } // namespace
-
 } // namespace Orvel

@@ -11,7 +11,6 @@
 
 namespace Orvel
 {
-
 namespace
 {
 
@@ -418,5 +417,4 @@ TEST_F(KeyFrameData, GivesEveryViewOfAGridAFrame)
 }
 
 } // namespace
-
 } // namespace Orvel

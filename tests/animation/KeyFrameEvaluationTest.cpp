@@ -11,7 +11,6 @@
 
 namespace Orvel
 {
-
 namespace
 {
 
@@ -325,5 +324,4 @@ TEST_F(KeyFrameEvaluation, AgreesWithTheReferenceAtEveryFrameOfRandomTimelines)
 }
 
 } // namespace
-
 } // namespace Orvel

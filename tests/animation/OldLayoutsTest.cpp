@@ -17,7 +17,6 @@
 
 namespace Orvel
 {
-
 namespace
 {
 
@@ -215,6 +214,23 @@ TEST_F(OldLayouts, OfFollowers)
         EXPECT_EQ(data->ReferenceMatrix(), Shift(41, 43, 47));
         EXPECT_EQ(data->FollowedNode(), owner);
         ExpectTiming(*data, constantSpeedStart, constantSpeedEnd, easeIn, easeOut);
+    }
+}
+
+TEST_F(OldLayouts, OfShapes)
+{
+    const COrvelBasicVectorsTable none;
+    const COrvelBasicVectorsTable shape({{7, 11, 13}, {17, 19, 23}});
+    for (const int each : {12502, newest}) {
+        Begin(each);
+        PutBase(id);
+        Put(Count(3), none, none, shape);
+        const auto data = ReadInto(Vertices::CreateVerticesKeyFrameData(COrvelID(), nullptr));
+        EXPECT_EQ(data->TableCount(), 3u);
+        ASSERT_NE(data->TableAtWorkingFrame(), nullptr) << "of frame 5";
+        EXPECT_EQ(*data->TableAtWorkingFrame(), shape);
+        data->SetWorkingFrame(3);
+        EXPECT_EQ(data->TableAtWorkingFrame(), nullptr);
     }
 }
 
@@ -459,5 +475,4 @@ TEST_F(OldTimelines, WithMorphWeightsInLists)
 }
 
 } // namespace
-
 } // namespace Orvel

@@ -5,7 +5,6 @@
 
 namespace prc::Test
 {
-
 namespace
 {
 

@@ -1,7 +1,8 @@
 #include "platform/prcfile/PRCReader.h"
-#include "platform/prcfile/oPRCFile.h"
 #include "tests/fuzz/SectionSeed.h"
+#include "tests/prcfile/ExampleFile.h"
 #include "tests/prcfile/HandMadeFile.h"
+#include "tests/prcfile/TestMeshes.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -10,8 +11,8 @@
 #include <string>
 #include <utility>
 
-/// Writes the seeds of the reader's fuzz target into a folder: small files that our writer makes, and the forms that
-/// only others write.
+/// Writes the seeds of the reader's fuzz target into a folder: the sections of small files, and the forms that only
+/// other producers write.
 namespace
 {
 
@@ -20,70 +21,23 @@ using prc::EntityType;
 using prc::nullIndex;
 using prc::SectionWriter;
 
-constexpr double turned[] = {0, -1, 0, 7, 2, 0, 0, 11, 0, 0, 3, 13, 0, 0, 0, 1};
-
-/// Two triangles.
-std::uint32_t AddMesh(prc::oPRCFile& file, bool normals, bool texture, bool twoFaces, bool colours)
-{
-    auto mesh = std::make_unique<prc::PRC3DTess>();
-    mesh->coordinates = {0.0, 0.1, 0.5, 1.0, 0.0, 1.0 / 3.0, 0.0, -1.0, 1e-7, 1.0, 1.0, 12345.0};
-    if (normals)
-        mesh->normalCoordinates = {0.0, 0.0, 1.0, 0.6, 0.0, 0.8};
-    if (texture)
-        mesh->textureCoordinates = {0.0, 0.0, 1.0, 0.25};
-    for (const std::uint32_t point : {0U, 1U, 2U, 2U, 1U, 3U}) {
-        if (normals)
-            mesh->triangulatedIndex.push_back(3 * (point % 2));
-        if (texture)
-            mesh->triangulatedIndex.push_back(2 * (point % 2));
-        mesh->triangulatedIndex.push_back(3 * point);
-    }
-    const std::uint32_t faces = twoFaces ? 2 : 1;
-    for (std::uint32_t number = 0; number < faces; ++number) {
-        auto* face = new prc::PRCTessFace;
-        face->usedEntitiesFlag = texture ? prc::UsedEntities::texturedTriangles : prc::UsedEntities::triangles;
-        face->numberOfTextureCoordinateIndexes = texture ? 1 : 0;
-        face->sizesTriangulated = {2 / faces};
-        face->startTriangulated = number * static_cast<std::uint32_t>(mesh->triangulatedIndex.size()) / faces;
-        if (twoFaces)
-            face->lineAttributes = {number};
-        face->isRgba = twoFaces;
-        if (colours)
-            face->rgbaVertices.resize(6 / faces * (face->isRgba ? 4U : 3U), 77);
-        mesh->addTessFace(face);
-    }
-    prc::PRC3DTess* handedOver = mesh.release();
-    return file.add3DTess(handedOver, 0);
-}
-
-void AddMaterials(prc::oPRCFile& file)
-{
-    const std::uint8_t pixels[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
-    prc::PRCmaterial material;
-    file.addMaterial(material);
-    material.alpha = 0.5;
-    material.pictureData = pixels;
-    material.pictureWidth = material.pictureHeight = 2;
-    material.pictureSize = sizeof pixels;
-    material.pictureFormat = prc::PRCpictureFormat::Rgba;
-    material.pictureRepeat = true;
-    file.addMaterial(material);
-}
-
-Bytes Written(bool normals, bool texture, bool twoFaces, bool colours)
+/// What the example files do not have: two faces with styles and colours of their corners.
+Bytes WithColours()
 {
     Bytes bytes;
     prc::oPRCFile file(bytes, 25.4, 1);
-    AddMaterials(file);
-    const std::uint32_t mesh = AddMesh(file, normals, texture, twoFaces, colours);
-    file.begingroup("Gr\xC3\xBC\xC3\x9F", nullptr, nullptr);
-    file.useMesh(mesh, 1, nullptr);
-    file.begingroup(nullptr, nullptr, turned);
-    file.useMesh(mesh, 0, turned);
-    file.endgroup();
-    file.begingroup("", nullptr, nullptr);
-    file.endgroup();
-    file.endgroup();
+    file.addMaterial({});
+    file.addMaterial(NumberedMaterial(7));
+    std::unique_ptr<prc::PRC3DTess> mesh = StripMesh({.normals = true, .texture = true}, 1);
+    mesh->faceTessellation[0]->rgbaVertices.resize(27, 77);
+    auto second = std::make_unique<prc::PRCTessFace>(*mesh->faceTessellation[0]);
+    second->startTriangulated = static_cast<std::uint32_t>(mesh->triangulatedIndex.size());
+    second->isRgba = true;
+    second->rgbaVertices.assign(36, 78);
+    const std::vector<std::uint32_t> indices = mesh->triangulatedIndex;
+    mesh->triangulatedIndex.insert(mesh->triangulatedIndex.end(), indices.begin(), indices.end());
+    mesh->faceTessellation.push_back(std::move(second));
+    file.useMesh(Add(file, std::move(mesh)), 0, QuarterTurn().data());
     file.finish();
     return bytes;
 }
@@ -170,11 +124,10 @@ int main(int argumentCount, char** arguments)
         return 2;
     }
     const std::pair<const char*, Bytes> files[] = {
-        {"points", Written(false, false, false, false)},
-        {"normals", Written(true, false, false, false)},
-        {"texture", Written(false, true, true, false)},
-        {"all", Written(true, true, true, true)},
-        {"colours", Written(false, false, false, true)},
+        {"normals", ExampleFile("b_groups")},
+        {"texture", ExampleFile("c_tex_rgba_png")},
+        {"points", ExampleFile("c_tex_no_normals")},
+        {"colours", WithColours()},
         {"foreign", Foreign().Bytes()},
         {"schemas", WithSchemas().Bytes()},
         {"two_structures", TwoStructures()},

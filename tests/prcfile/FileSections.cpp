@@ -8,7 +8,6 @@
 
 namespace prc::Test
 {
-
 namespace
 {
 

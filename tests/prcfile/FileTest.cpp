@@ -3,6 +3,7 @@
 #include "tests/prcfile/TestMeshes.h"
 #include "tests/support/PRCDecoder.h"
 #include "tests/support/PRCPlacement.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -334,15 +335,8 @@ TEST_F(Outputs, EqualContentGivesEqualBytesAndOtherContentOtherIds)
 class FilesOnDisk : public testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "prcfile-XXXXXX").string();
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        folder = pattern;
-    }
-    void TearDown() override { std::filesystem::remove_all(folder); }
-
-    std::filesystem::path folder;
+    Orvel::Test::TemporaryFolder temporary;
+    std::filesystem::path folder = temporary.Path();
 };
 
 TEST_F(FilesOnDisk, AppearOnlyAtTheEndAndHoldWhatMemoryAndStreamsHold)
@@ -392,16 +386,15 @@ TEST_F(FilesOnDisk, FailuresToWriteAreSystemErrors)
 TEST_F(FilesOnDisk, HalfWrittenOnesAreRemoved)
 {
     const std::filesystem::path path = folder / "out.prc";
+    std::signal(SIGXFSZ, SIG_IGN);
     rlimit before{};
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
-    const auto handlerBefore = std::signal(SIGXFSZ, SIG_IGN);
     const rlimit few{200, before.rlim_max};
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &few), 0);
     prc::oPRCFile file(path.string(), 1.0, 1);
     WriteScene(file);
     EXPECT_THROW(file.finish(), std::system_error);
     setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handlerBefore);
     EXPECT_FALSE(std::filesystem::exists(path));
     EXPECT_FALSE(file.finish());
 }

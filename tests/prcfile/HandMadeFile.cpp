@@ -6,7 +6,6 @@
 
 namespace prc::Test
 {
-
 namespace
 {
 

@@ -8,7 +8,6 @@
 
 namespace Orvel::Test
 {
-
 namespace
 {
 

@@ -5,7 +5,6 @@
 
 namespace Orvel::Test
 {
-
 namespace
 {
 

@@ -2,7 +2,6 @@
 
 namespace Orvel::Test
 {
-
 namespace
 {
 

@@ -9,7 +9,6 @@
 
 namespace Orvel::Import
 {
-
 namespace
 {
 

@@ -12,7 +12,6 @@
 
 namespace Orvel::Import
 {
-
 namespace
 {
 

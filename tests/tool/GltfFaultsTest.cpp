@@ -6,7 +6,6 @@
 
 namespace Orvel::Test
 {
-
 namespace
 {
 
@@ -233,5 +232,4 @@ TEST_F(GltfFaults, OfWhatIsNotShownDoNotMatter)
 }
 
 } // namespace
-
 } // namespace Orvel::Test

@@ -5,7 +5,6 @@
 
 namespace Orvel::Test
 {
-
 namespace
 {
 
@@ -200,5 +199,4 @@ TEST_F(GltfMaterials, ReadUnlitGlassAndRefractiveMaterials)
 }
 
 } // namespace
-
 } // namespace Orvel::Test

@@ -7,7 +7,6 @@
 
 namespace Orvel::Test
 {
-
 namespace
 {
 
@@ -280,5 +279,4 @@ TEST_F(GltfMeshes, RepairNormalsAndCoordinatesThatSayNothing)
 }
 
 } // namespace
-
 } // namespace Orvel::Test

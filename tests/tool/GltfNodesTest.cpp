@@ -7,7 +7,6 @@
 
 namespace Orvel::Test
 {
-
 namespace
 {
 
@@ -136,5 +135,4 @@ TEST_F(GltfNodes, RefuseNodesWithTwoParentsAtOnce)
 }
 
 } // namespace
-
 } // namespace Orvel::Test

@@ -7,7 +7,6 @@
 
 namespace Orvel::Import
 {
-
 namespace
 {
 
@@ -120,5 +119,4 @@ TEST(ClassicConversion, KeepsColoursAndFillsInWhatIsAbsent)
 }
 
 } // namespace
-
 } // namespace Orvel::Import

@@ -13,7 +13,6 @@
 
 namespace Orvel::Import
 {
-
 namespace
 {
 

@@ -11,7 +11,6 @@
 
 namespace Orvel::Test
 {
-
 namespace
 {
 
@@ -138,5 +137,4 @@ TEST_F(Convert, RefusesWhatItCannotDo)
 }
 
 } // namespace
-
 } // namespace Orvel::Test

@@ -10,7 +10,6 @@
 
 namespace Orvel::Test
 {
-
 namespace
 {
 
@@ -97,5 +96,4 @@ TEST(Inspect, ReadsTheModelsOfAPdf)
 }
 
 } // namespace
-
 } // namespace Orvel::Test

@@ -17,7 +17,6 @@
 
 namespace Orvel::Test
 {
-
 namespace
 {
 

@@ -12,7 +12,6 @@
 
 namespace Orvel::Test
 {
-
 namespace
 {
 
@@ -187,5 +186,4 @@ TEST(Listing, NamesWhatOtherOptionsAskFor)
 }
 
 } // namespace
-
 } // namespace Orvel::Test

@@ -9,7 +9,6 @@
 
 namespace Orvel::Test
 {
-
 namespace
 {
 
@@ -80,5 +79,4 @@ TEST_F(Render, RefusesWrongUsage)
 }
 
 } // namespace
-
 } // namespace Orvel::Test

@@ -17,7 +17,6 @@
 
 namespace Orvel::Cli
 {
-
 namespace
 {
 
@@ -216,5 +215,4 @@ TEST(SignalWatch, LeavesIgnoredSignalsIgnored)
 }
 
 } // namespace
-
 } // namespace Orvel::Cli

@@ -5,7 +5,6 @@
 
 namespace Orvel::Cli
 {
-
 namespace
 {
 
@@ -97,5 +96,4 @@ TEST(ExportSummary, ReadsWellAsText)
 }
 
 } // namespace
-
 } // namespace Orvel::Cli

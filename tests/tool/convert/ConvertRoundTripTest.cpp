@@ -21,7 +21,6 @@
 /// Random scenes go through the PRC writer, the reader, and the conversion; another library reads what came out.
 namespace Orvel::Convert
 {
-
 namespace
 {
 
@@ -307,5 +306,4 @@ TEST(ConvertRoundTrip, TrianglesBeyondSinglePrecisionAreLeftOutAndTold)
 }
 
 } // namespace
-
 } // namespace Orvel::Convert

@@ -12,7 +12,6 @@
 
 namespace Orvel::Render
 {
-
 namespace
 {
 
@@ -67,5 +66,4 @@ TEST(PrcRenderScene, ReadsTexturesOfEveryKind)
 }
 
 } // namespace
-
 } // namespace Orvel::Render

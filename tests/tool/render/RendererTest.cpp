@@ -12,7 +12,6 @@
 
 namespace Orvel::Render
 {
-
 namespace
 {
 
@@ -248,5 +247,4 @@ TEST_F(RendererTest, GivesEqualBytesAndHarmlessPixelsForDamagedScenes)
 }
 
 } // namespace
-
 } // namespace Orvel::Render

@@ -8,7 +8,6 @@
 
 namespace Orvel::Views
 {
-
 namespace
 {
 
@@ -105,5 +104,4 @@ TEST(StandardViews, AreThereForShapesWithoutExtent)
 }
 
 } // namespace
-
 } // namespace Orvel::Views

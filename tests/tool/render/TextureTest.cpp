@@ -6,7 +6,6 @@
 
 namespace Orvel::Render
 {
-
 namespace
 {
 
@@ -63,5 +62,4 @@ TEST(Texture, KeepsTheColourOfInvisiblePixelsOut)
 }
 
 } // namespace
-
 } // namespace Orvel::Render

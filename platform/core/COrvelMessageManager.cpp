@@ -22,6 +22,7 @@ void COrvelMessageManager::RemoveReceiver(COrvelMessageReceiver* receiver)
     std::erase(receivers, receiver);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the parameter list is part of the contract
 void COrvelMessageManager::DistributeMessage(COrvelMessage& message, COrvelString origin)
 {
     // Receivers change the list while it is walked.

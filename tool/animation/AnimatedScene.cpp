@@ -25,6 +25,7 @@ std::size_t PositionOfClip(const std::vector<Import::ImportedClip>& clips, const
     if (found != clips.end())
         return static_cast<std::size_t>(found - clips.begin());
     std::vector<std::string> names;
+    names.reserve(clips.size());
     for (const Import::ImportedClip& clip : clips)
         names.push_back(clip.name);
     throw Import::ImportError(NotFound("clip", name, names));

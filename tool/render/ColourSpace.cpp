@@ -20,7 +20,7 @@ std::vector<std::uint8_t> MakeByteTable()
     for (std::size_t i = 0; i <= TableSize; ++i) {
         const double linear = static_cast<double>(i) / TableSize;
         const double encoded = linear <= 0.0031308 ? 12.92 * linear : 1.055 * std::pow(linear, 1.0 / 2.4) - 0.055;
-        table[i] = static_cast<std::uint8_t>(encoded * 255.0 + 0.5);
+        table[i] = static_cast<std::uint8_t>(std::lround(encoded * 255.0));
     }
     return table;
 }

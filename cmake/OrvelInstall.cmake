@@ -5,6 +5,8 @@ include(CMakePackageConfigHelpers)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/OrvelPRCWriter")
 set(document_dir "${CMAKE_INSTALL_DATAROOTDIR}/doc/orvelprcwriter")
+# Debian keeps what packages bring in vendor-completions.
+set(ORVEL_INSTALL_ZSHDIR "${CMAKE_INSTALL_DATAROOTDIR}/zsh/site-functions" CACHE STRING "Completion scripts for zsh")
 
 install(TARGETS OrvelCore PRCFile OrvelAnimation OrvelPRCWriter EXPORT OrvelPRCWriterTargets
     RUNTIME COMPONENT libraries
@@ -40,4 +42,11 @@ if(ORVEL_BUILD_TOOL)
         DESTINATION "${document_dir}" COMPONENT program)
     install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" DESTINATION "${document_dir}" COMPONENT program
         FILES_MATCHING PATTERN "*.md")
+    set(share "${PROJECT_BINARY_DIR}/share")
+    install(FILES "${share}/orvelprc.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT program)
+    install(FILES "${share}/orvelprc"
+        DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions" COMPONENT program)
+    install(FILES "${share}/_orvelprc" DESTINATION "${ORVEL_INSTALL_ZSHDIR}" COMPONENT program)
+    install(FILES "${share}/orvelprc.fish"
+        DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/fish/vendor_completions.d" COMPONENT program)
 endif()

@@ -53,6 +53,8 @@ Command ParseCommandLine(int argumentCount, const char* const* arguments)
     AddInspectCommand(program, chosen);
     AddRenderCommand(program, chosen);
     AddFormatsCommand(program, chosen);
+    AddCompletionCommand(program, chosen);
+    AddManPageCommand(program, chosen);
     try {
         program.parse(argumentCount, arguments);
     } catch (const CLI::CallForVersion& version) {

@@ -19,5 +19,9 @@ void AddConvertCommand(CLI::App& program, Command& chosen);
 void AddInspectCommand(CLI::App& program, Command& chosen);
 void AddRenderCommand(CLI::App& program, Command& chosen);
 void AddFormatsCommand(CLI::App& program, Command& chosen);
+/// Describes what the program has by then when it is given: options and commands that were added later as well.
+void AddCompletionCommand(CLI::App& program, Command& chosen);
+/// The help does not show it: whoever installs the program needs it.
+void AddManPageCommand(CLI::App& program, Command& chosen);
 
 } // namespace Orvel::Cli

@@ -1,7 +1,6 @@
 #include "tool/cli/FormatsCommand.h"
 
 #include "tool/cli/Console.h"
-#include "tool/import/AssimpReader.h"
 
 #include <nlohmann/json.hpp>
 
@@ -15,14 +14,6 @@ namespace
 {
 
 using Import::SceneFormat;
-
-std::vector<SceneFormat> ReadableFormats()
-{
-    std::vector<SceneFormat> formats{{"glTF 2.0", {"glb", "gltf"}}};
-    const std::vector<SceneFormat> others = Import::ListAssimpFormats();
-    formats.insert(formats.end(), others.begin(), others.end());
-    return formats;
-}
 
 std::vector<SceneFormat> WritableFormats()
 {
@@ -50,6 +41,14 @@ std::string TextOf(const std::string& title, const std::vector<SceneFormat>& for
 }
 
 } // namespace
+
+std::vector<SceneFormat> ReadableFormats()
+{
+    std::vector<SceneFormat> formats{{"glTF 2.0", {"glb", "gltf"}}};
+    const std::vector<SceneFormat> others = Import::ListAssimpFormats();
+    formats.insert(formats.end(), others.begin(), others.end());
+    return formats;
+}
 
 void RunFormats(const FormatsOptions& options)
 {

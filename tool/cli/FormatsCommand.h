@@ -1,5 +1,9 @@
 #pragma once
 
+#include "tool/import/AssimpReader.h"
+
+#include <vector>
+
 namespace Orvel::Cli
 {
 
@@ -8,6 +12,9 @@ struct FormatsOptions
 {
     bool json = false;
 };
+
+/// The formats of scenes that can be read.
+[[nodiscard]] std::vector<Import::SceneFormat> ReadableFormats();
 
 /// Prints what can be read and written.
 ///

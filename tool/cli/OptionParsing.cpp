@@ -65,6 +65,10 @@ void AddLimitOptions(CLI::App& command, LimitOptions& limits)
 
 void AddImportOptions(CLI::App& command, Import::LoadOptions& load)
 {
+    for (CLI::Option* const option : command.get_options()) {
+        if (option->get_positional())
+            OfferScenes(*option);
+    }
     command.add_option("--scale", load.scale, "Multiply lengths by S (default: to millimetres, from the scene's unit)")
         ->type_name("S")
         ->check(Number("a number above 0", [](double scale) { return scale > 0.0; }));
@@ -87,7 +91,9 @@ void AddImportOptions(CLI::App& command, Import::LoadOptions& load)
 
 void AddModelInputOptions(CLI::App& command, ModelInput& input)
 {
-    command.add_option("FILE", input.file, "The PRC or PDF file to read")->type_name("")->required();
+    CLI::Option* const file = command.add_option("FILE", input.file, "The PRC or PDF file to read");
+    file->type_name("")->required();
+    OfferFiles(*file, {"prc", "pdf"});
     command.add_option("--stream", input.stream, "Of a PDF, take 3D stream N, counted from 1 (default: the first PRC)")
         ->type_name("N")
         ->check(Number("a number of 1 or more", [](double number) { return number >= 1.0; }));

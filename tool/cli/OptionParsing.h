@@ -2,6 +2,7 @@
 
 #include "tool/cli/ExportOptions.h"
 #include "tool/cli/PRCInput.h"
+#include "tool/cli/ValueHints.h"
 
 #include <CLI/CLI.hpp>
 
@@ -46,13 +47,17 @@ CLI::Option* AddChoice(CLI::App& command, const std::string& name, Target& value
         }
         throw CLI::ValidationError(name, "'" + text + "' is none of: " + known);
     };
-    return command.add_option_function<std::string>(name, choose, description);
+    CLI::Option* const option = command.add_option_function<std::string>(name, choose, description);
+    for (const auto& [word, meaning] : choices)
+        OfferWords(*option, {word});
+    return option;
 }
 
 /// Adds --time-limit and --memory-limit.
 void AddLimitOptions(CLI::App& command, LimitOptions& limits);
 
-/// Adds what tells how a scene is to be read: --scale, --up, --crease-angle, --texture-dir.
+/// Adds what tells how a scene is to be read: --scale, --up, --crease-angle, --texture-dir. Scenes are offered for the
+/// arguments that the command has.
 void AddImportOptions(CLI::App& command, Import::LoadOptions& load);
 
 /// Adds the FILE to read, and what chooses and limits a model: --stream, --password, --unpack-limit.

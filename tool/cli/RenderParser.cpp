@@ -88,22 +88,22 @@ void CheckPictureFormat(const std::string& output)
 
 void AddPictureOptions(CLI::App& command, RenderOptions& options)
 {
-    command
-        .add_option(
-            "--view", options.view,
-            "Look from iso, front, back, left, right, top or bottom, or through the scene's camera of that name "
-            "(default: iso)")
-        ->type_name("NAME");
+    CLI::Option* const view = command.add_option(
+        "--view", options.view,
+        "Look from iso, front, back, left, right, top or bottom, or through the scene's camera of that name "
+        "(default: iso)");
+    view->type_name("NAME");
+    OfferWords(*view, {"iso", "front", "back", "left", "right", "top", "bottom"});
     command
         .add_option_function<std::string>(
             "--size", [&options](const std::string& text) { SetSize(options, text); },
             "Width and height in pixels (default: 1600x1200)")
         ->type_name("WxH");
-    command
-        .add_option_function<std::string>(
-            "--background", [&options](const std::string& text) { options.background = BackgroundOf(text); },
-            "Colour behind the scene, like white or #ff8000, or transparent (default: white)")
-        ->type_name("COLOR");
+    CLI::Option* const background = command.add_option_function<std::string>(
+        "--background", [&options](const std::string& text) { options.background = BackgroundOf(text); },
+        "Colour behind the scene, like white or #ff8000, or transparent (default: white)");
+    background->type_name("COLOR");
+    OfferWords(*background, {"transparent", "white", "black", "grey"});
     command.add_flag("--shadow", options.shadow, "Let the scene cast a soft shadow on the ground below it");
     command
         .add_option("--samples", options.samples,

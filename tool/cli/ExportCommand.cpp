@@ -11,12 +11,14 @@
 #include "tool/cli/Supervisor.h"
 #include "tool/cli/TemporaryFolder.h"
 #include "tool/cli/Text.h"
+#include "tool/cli/WritePdf.h"
 #include "tool/cli/WriteScene.h"
 #include "tool/import/ImportReport.h"
 #include "tool/import/LoadDocument.h"
 #include "tool/script/ApplyScript.h"
 
 #include <chrono>
+#include <cmath>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -33,6 +35,7 @@ namespace
 using Clock = std::chrono::steady_clock;
 
 constexpr const char* PrcExtension = ".prc";
+constexpr const char* PdfExtension = ".pdf";
 constexpr const char* AnimationExtension = ".orvelanim";
 constexpr const char* RecordExtension = ".json";
 
@@ -55,7 +58,6 @@ ExportSummary SummaryOf(const Import::BuildSummary& built)
 {
     ExportSummary summary;
     summary.inputFormat = built.format;
-    summary.outputFormat = "prc";
     summary.nodes = built.nodes;
     summary.objects = built.objects;
     summary.meshes = built.meshes;
@@ -79,6 +81,12 @@ Script::SceneScript ScriptOf(const ExportOptions& options)
     return script;
 }
 
+/// Whether the scene as it is exported moves or has variants.
+bool HasMotion(const ExportOptions& options, const Import::LoadedDocument& loaded)
+{
+    return !loaded.clips.empty() || !loaded.variants.empty() || !options.script.empty() || options.turntableFrames > 0;
+}
+
 /// The animation, where any of the files shows it.
 std::optional<Animate::AnimatedScene> MakeAnimation(const ExportOptions& options, const Import::LoadedDocument& loaded,
                                                     Import::ImportReport& report, const WorkReporter& reporter)
@@ -87,7 +95,8 @@ std::optional<Animate::AnimatedScene> MakeAnimation(const ExportOptions& options
         reporter.Stage("reading the animation");
         return Animate::LoadAnimation(loaded, options.loadAnimation, options.animation.mostFrames);
     }
-    if (options.record.empty() && options.saveAnimation.empty()) {
+    const bool isShown = !options.record.empty() || (options.pdf && HasMotion(options, loaded));
+    if (!isShown && options.saveAnimation.empty()) {
         report.CountLeftOut("animation", "animations", loaded.clips.size());
         report.CountLeftOut("variant of materials", "variants of materials", loaded.variants.size());
         return std::nullopt;
@@ -96,9 +105,20 @@ std::optional<Animate::AnimatedScene> MakeAnimation(const ExportOptions& options
     return Animate::MakeAnimatedScene(loaded, options.animation, report);
 }
 
-/// The work of the supervised process.
-nlohmann::json ImportAndWrite(const ExportOptions& options, const Import::LoadOptions& load, const ExportFiles& files,
-                              const WorkReporter& reporter)
+/// Refuses what only a scene can follow.
+void CheckOptionsForModel(const ExportOptions& options)
+{
+    if (!options.pdf)
+        throw Failure("it holds PRC already ('-o OUT.pdf' makes a PDF of it, 'orvelprc convert' takes it out)");
+    if (!options.forScenes.empty())
+        throw Failure(options.forScenes.front() + " is for scenes, and this file holds PRC already");
+}
+
+/// The work of the supervised process for a scene.
+///
+/// @param sheet for a PDF, else null.
+ExportSummary ImportAndWrite(const ExportOptions& options, const Import::LoadOptions& load, const ExportFiles& files,
+                             Pdf::PdfSheet* sheet, const WorkReporter& reporter)
 {
     // Animation files name the entities of the scene by their GUIDs: the same ones in every run.
     constexpr std::uint64_t seedOfGuids = 0x67756964;
@@ -110,21 +130,61 @@ nlohmann::json ImportAndWrite(const ExportOptions& options, const Import::LoadOp
     // Without what scripts add: that is said anew for each export.
     if (!files.animation.empty() && !Animate::SaveAnimation(*loaded.document, *animated, files.animation))
         throw CannotWrite(options.saveAnimation, "writing failed");
+    const bool isShown = animated && (!files.record.empty() || options.pdf);
     Script::ScriptLooks looks;
-    if (!files.record.empty())
+    if (isShown)
         looks = Script::ApplyScript(ScriptOf(options), options.animation, loaded, *animated);
     SendWarnings(reporter, report.Warnings(), options.strict);
     reporter.Stage("writing the file");
-    WriteScene(*loaded.document, files.record.empty() ? nullptr : &*animated, files, options);
-    return SummaryOf(loaded.summary);
+    const auto run = WriteScene(*loaded.document, isShown ? &*animated : nullptr, files.prc, options);
+    if (!files.record.empty())
+        WriteRecordFile(*run, files.record, options);
+    ExportSummary summary = SummaryOf(loaded.summary);
+    if (sheet)
+        summary.views = WriteScenePdf(*sheet, loaded, run.get(), files, options, reporter);
+    return summary;
+}
+
+/// The work of the supervised process.
+ExportSummary Export(const ExportOptions& options, const Import::LoadOptions& load, const ExportFiles& files,
+                     const WorkReporter& reporter)
+{
+    const bool isModel = BeginsLikeModelFile(options.scene);
+    if (isModel)
+        CheckOptionsForModel(options);
+    // First: what is wrong with a template shows before the long work.
+    reporter.Stage("preparing the page");
+    const auto sheet = options.pdf ? MakeSheet(options) : nullptr;
+    return isModel ? WriteModelPdf(*sheet, files, options, reporter)
+                   : ImportAndWrite(options, load, files, sheet.get(), reporter);
+}
+
+/// What is usual for the file, and more for the picture in a PDF.
+WorkLimits LimitsOf(const ExportOptions& options, const InputFile& input)
+{
+    WorkLimits limits = LimitsFor(options.limits, input.size);
+    if (options.pdf && !options.limits.time) {
+        constexpr double SecondsForPicture = 120.0; // at 150 dots per inch
+        const double dots = options.pdf->posterDpi / 150.0;
+        limits.time += std::chrono::milliseconds(std::llround(1000.0 * SecondsForPicture * dots * dots));
+    }
+    return limits;
+}
+
+/// The template, which is no place for the output.
+InputFile ExamineTemplate(const ExportOptions& options)
+{
+    InputFile sheet = ExamineInput(options.pdf->place->file);
+    RefuseInputAsOutput(options.output, sheet);
+    return sheet;
 }
 
 ExportSummary RunWork(const ExportOptions& options, const InputFile& input, const Import::LoadOptions& load,
                       const ExportFiles& files, const SignalWatch& signals, CommandListener& listener)
 {
-    const Work work = [&](const WorkReporter& reporter) { return ImportAndWrite(options, load, files, reporter); };
+    const Work work = [&](const WorkReporter& reporter) { return Export(options, load, files, reporter); };
     try {
-        return RunSupervised(work, LimitsFor(options.limits, input.size), signals, listener).get<ExportSummary>();
+        return RunSupervised(work, LimitsOf(options, input), signals, listener).get<ExportSummary>();
     } catch (const Failure& failure) {
         throw Failure("cannot export " + Quoted(options.scene) + ": " + failure.what());
     }
@@ -143,16 +203,20 @@ void RunExport(const ExportOptions& options)
         InputFile input = ExamineInput(options.scene);
         if (!options.loadAnimation.empty())
             input.size += ExamineInput(options.loadAnimation).size;
+        if (options.pdf && options.pdf->place)
+            input.size += ExamineTemplate(options).size;
         const TemporaryFolder temporary;
         const auto open = [&](const std::string& name, const char* extension) {
             return OutputTarget::Open(name, extension, input, options.existing, temporary.Path());
         };
-        const auto target = open(options.output, PrcExtension);
+        const auto target = open(options.output, options.pdf ? PdfExtension : PrcExtension);
         const auto record = options.record.empty() ? nullptr : open(options.record, RecordExtension);
         const auto animation =
             options.saveAnimation.empty() ? nullptr : open(options.saveAnimation, AnimationExtension);
-        const ExportFiles files{target->FileToWrite(), record ? record->FileToWrite() : std::string(),
-                                animation ? animation->FileToWrite() : std::string()};
+        const auto fileOf = [](const auto& result) { return result ? result->FileToWrite() : std::string(); };
+        ExportFiles files{target->FileToWrite(), {}, fileOf(record), fileOf(animation)};
+        if (options.pdf)
+            files.pdf = std::exchange(files.prc, temporary.Path() / "model.prc");
         Import::LoadOptions load = options.load;
         load.temporaryFolder = temporary.Path();
         load.largestTextureSide = static_cast<std::uint32_t>(options.maximumTextureSize);
@@ -169,6 +233,7 @@ void RunExport(const ExportOptions& options)
     }
     summary.input = options.scene;
     summary.output = options.output;
+    summary.outputFormat = options.pdf ? "pdf" : "prc";
     summary.seconds = std::chrono::duration<double>(Clock::now() - start).count();
     if (options.json || !options.quiet)
         PrintSummary(options.json ? JsonOf(summary) : TextOf(summary), options.json, stdoutIsTaken);

@@ -2,10 +2,13 @@
 
 #include "tool/animation/AnimatedScene.h"
 #include "tool/cli/OutputTarget.h"
+#include "tool/cli/PdfOptions.h"
 #include "tool/cli/WorkLimits.h"
 #include "tool/import/LoadDocument.h"
 
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace Orvel::Cli
 {
@@ -21,7 +24,9 @@ struct ExportOptions
     Import::LoadOptions load;            ///< without its temporary folder
     std::string script;                  ///< file of a scene script; empty: none
     int turntableFrames = 0;             ///< of a camera's turn round the scene; 0: none
-    Animate::AnimationOptions animation; ///< of what goes into the record
+    Animate::AnimationOptions animation; ///< of what goes into the record and the PDF
+    std::optional<PdfOptions> pdf;       ///< nothing: the output is a PRC file
+    std::vector<std::string> forScenes;  ///< names of given options that mean nothing for a model that is PRC already
     int maximumTextureSize = 1024;       ///< pixels, 1 or more, of the larger side
     ExistingFile existing = ExistingFile::Replace;
     LimitOptions limits;

@@ -1,14 +1,17 @@
 #include "tool/cli/CommandParsers.h"
 #include "tool/cli/Errors.h"
 #include "tool/cli/OptionParsing.h"
+#include "tool/cli/PdfParser.h"
 
 #include <CLI/CLI.hpp>
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace Orvel::Cli
 {
@@ -20,6 +23,8 @@ constexpr const char* ExportExamples = R"(Examples:
   orvelprc export chair.glb -o chair.prc
   orvelprc export house.fbx -o house.prc --texture-dir textures --max-texture 1024
   orvelprc export part.stl -o part.prc --scale 25.4 --up keep
+  orvelprc export chair.glb -o chair.pdf --title 'A chair' --buttons
+  orvelprc export chair.prc -o sheet-with-chair.pdf --template sheet.pdf --field Picture
   orvelprc export chair.glb -o - | wc -c
   orvelprc export --list robot.glb
   orvelprc export robot.glb -o robot.prc --record robot.json --clip Walk --fps 30
@@ -27,22 +32,32 @@ constexpr const char* ExportExamples = R"(Examples:
 Lengths become millimetres and z points up where the scene tells its unit and axes; one group at the top of the
 tree does it, and '--scale 1 --up keep' leaves it out. OUT takes the place of an existing file only when all is done.)";
 
+enum class Format
+{
+    Prc,
+    Pdf
+};
+
 struct Parsed
 {
     ExportOptions options;
-    bool formatIsGiven = false;
+    PdfOptions pdf;
+    std::optional<Format> format;
     bool list = false;
 };
 
-/// Names with the extension of another format would deceive everybody who sees the file. Unknown ones, as in
-/// "part.a12", mean nothing.
-void CheckExportFormat(const Parsed& parsed)
+/// Names with the extension of a format that is not written would deceive everybody who sees the file. Unknown ones, as
+/// in "part.a12", mean nothing.
+Format FormatOf(const Parsed& parsed)
 {
+    if (parsed.format)
+        return *parsed.format;
     const std::filesystem::path output = parsed.options.output;
     const std::string extension = CLI::detail::to_lower(output.extension().string());
-    for (const std::string_view foreign : {".pdf", ".glb", ".gltf", ".obj", ".fbx", ".stl", ".ply", ".u3d"})
-        if (!parsed.formatIsGiven && extension == foreign)
+    for (const std::string_view foreign : {".glb", ".gltf", ".obj", ".fbx", ".stl", ".ply", ".u3d"})
+        if (extension == foreign)
             throw UsageError("cannot write '" + extension + "' files ('--format prc' writes PRC under this name)");
+    return extension == ".pdf" ? Format::Pdf : Format::Prc;
 }
 
 void AddAnimationOptions(CLI::App& command, ExportOptions& options)
@@ -51,12 +66,10 @@ void AddAnimationOptions(CLI::App& command, ExportOptions& options)
     command
         .add_option("--script", options.script,
                     "Add what FILE says: variants, motion, a camera (see the scene script guide)")
-        ->type_name("FILE")
-        ->needs("--record");
+        ->type_name("FILE");
     command
         .add_option("--turntable", options.turntableFrames, "Add a camera that goes once round the scene in N frames")
         ->type_name("N")
-        ->needs("--record")
         ->check(Number("a number of frames, 1 or more", [](double frames) { return frames >= 1.0 && frames < 2e9; }));
     command
         .add_option("--fps", animation.framesPerSecond,
@@ -80,6 +93,31 @@ void AddAnimationOptions(CLI::App& command, ExportOptions& options)
         load->excludes(command.get_option(sampled));
 }
 
+/// What a script adds shows in the record and in a PDF alone.
+void CheckThatMotionShows(const CLI::App& command, const ExportOptions& options)
+{
+    if (!options.record.empty() || options.pdf)
+        return;
+    for (const char* const name : {"--script", "--turntable"}) {
+        if (command.get_option(name)->count() > 0)
+            throw UsageError(std::string(name) + " needs --record, or a PDF as output");
+    }
+}
+
+/// The options that only a scene can follow, as far as they are given.
+std::vector<std::string> GivenForScenes(const CLI::App& command)
+{
+    std::vector<std::string> given;
+    for (const char* const name :
+         {"--scale", "--crease-angle", "--texture-dir", "--max-texture", "--record", "--script", "--turntable", "--fps",
+          "--clip", "--camera", "--max-frames", "--save-animation", "--load-animation"})
+    {
+        if (command.get_option(name)->count() > 0)
+            given.emplace_back(name);
+    }
+    return given;
+}
+
 /// Results that go to one file would leave only the last.
 void CheckThatFilesDiffer(const ExportOptions& options)
 {
@@ -91,22 +129,45 @@ void CheckThatFilesDiffer(const ExportOptions& options)
         throw UsageError("the animation and another result are the same file");
 }
 
+/// Completes what was parsed, and refuses what does not fit together.
+void Finish(const CLI::App& command, Parsed& parsed)
+{
+    ExportOptions& options = parsed.options;
+    if (command.get_option("--output")->count() == 0)
+        throw CLI::RequiredError("--output");
+    if (options.output.empty())
+        throw UsageError("the name of the output is empty");
+    if (FormatOf(parsed) == Format::Pdf) {
+        FinishPdfOptions(command, parsed.pdf);
+        options.pdf = std::move(parsed.pdf);
+        options.pdf->model.file = options.scene;
+    } else {
+        RefusePdfOptions(command);
+    }
+    CheckThatMotionShows(command, options);
+    CheckThatFilesDiffer(options);
+    options.forScenes = GivenForScenes(command);
+}
+
 } // namespace
 
 void AddExportCommand(CLI::App& program, Command& chosen)
 {
     const auto parsed = std::make_shared<Parsed>();
     ExportOptions& options = parsed->options;
-    CLI::App& command = *program.add_subcommand("export", "Turn a scene into a PRC file")->group("Commands");
+    CLI::App& command =
+        *program.add_subcommand("export", "Turn a scene into a PRC file, or a PDF with one")->group("Commands");
     command.footer(ExportExamples);
-    command.add_option("SCENE", options.scene, "The scene to read ('orvelprc formats' lists what can be)")
+    command
+        .add_option(
+            "SCENE", options.scene,
+            "The scene to read ('orvelprc formats' lists what can be); for a PDF also a PRC file, or a PDF with one")
         ->type_name("")
         ->required();
-    const CLI::Option* const output =
-        command.add_option("-o,--output", options.output, "The file to write; - writes to standard output")
-            ->type_name("OUT");
-    AddChoice<bool>(command, "--format", parsed->formatIsGiven, {{"prc", true}},
-                    "Format of OUT, whatever its name: prc")
+    command.add_option("-o,--output", options.output, "The file to write; - writes to standard output")
+        ->type_name("OUT");
+    AddChoice<Format>(command, "--format", parsed->format, {{"prc", Format::Prc}, {"pdf", Format::Pdf}},
+                      "Format of OUT: prc or pdf (default: pdf where its name ends in .pdf, else prc)")
         ->type_name("FORMAT");
     command
         .add_option("--record", options.record,
@@ -126,17 +187,13 @@ void AddExportCommand(CLI::App& program, Command& chosen)
     command.add_flag("--strict", options.strict, "Fail where there would be a warning");
     AddExistingFileOption(command, options.existing);
     AddLimitOptions(command, options.limits);
-    command.callback([parsed, output, &chosen] {
+    AddPdfOptions(command, parsed->pdf);
+    command.callback([parsed, &command, &chosen] {
         if (parsed->list) {
             chosen = ListOptions{parsed->options.scene, parsed->options.limits, parsed->options.json};
             return;
         }
-        if (output->count() == 0)
-            throw CLI::RequiredError("--output");
-        if (parsed->options.output.empty())
-            throw UsageError("the name of the output is empty");
-        CheckExportFormat(*parsed);
-        CheckThatFilesDiffer(parsed->options);
+        Finish(command, *parsed);
         chosen = std::move(parsed->options);
     });
 }

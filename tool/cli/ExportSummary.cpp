@@ -17,6 +17,7 @@ namespace
 {
 
 constexpr std::size_t MostTexturesInText = 12;
+constexpr std::size_t MostViewsInText = 12;
 
 std::string SidesText(std::uint32_t width, std::uint32_t height)
 {
@@ -47,6 +48,16 @@ std::string TopGroupLine(const ExportSummary::TopGroup& group)
     return LabelledLine("top group", Quoted(group.name) + ": " + effect);
 }
 
+std::string ViewLine(const std::vector<std::string>& views)
+{
+    if (views.empty())
+        return {};
+    std::string names;
+    for (std::size_t i = 0; i < std::min(views.size(), MostViewsInText); ++i)
+        names += (i == 0 ? "" : ", ") + Quoted(views[i]);
+    return LabelledLine("views", views.size() > MostViewsInText ? names + ", ..." : names);
+}
+
 } // namespace
 
 void to_json(nlohmann::json& json, const ExportSummary& summary)
@@ -62,6 +73,7 @@ void to_json(nlohmann::json& json, const ExportSummary& summary)
             {"materials", summary.materials},
             {"textures", summary.textures},
             {"topGroup", nullptr},
+            {"views", summary.views},
             {"bytes", summary.bytes},
             {"seconds", summary.seconds},
             {"warnings", summary.warnings}};
@@ -84,6 +96,7 @@ void from_json(const nlohmann::json& json, ExportSummary& summary)
     summary.topGroup.reset();
     if (!json.at("topGroup").is_null())
         summary.topGroup = json["topGroup"].get<ExportSummary::TopGroup>();
+    json.at("views").get_to(summary.views);
     json.at("bytes").get_to(summary.bytes);
     json.at("seconds").get_to(summary.seconds);
     json.at("warnings").get_to(summary.warnings);
@@ -100,6 +113,7 @@ std::string TextOf(const ExportSummary& summary)
                          std::to_string(triangles.stored) + " stored, " + std::to_string(triangles.placed) + " placed");
     text += LabelledLine("materials", std::to_string(summary.materials));
     text += TextureLines(summary.textures);
+    text += ViewLine(summary.views);
     return summary.topGroup ? text + TopGroupLine(*summary.topGroup) : text;
 }
 

@@ -41,7 +41,7 @@ struct ExportSummary
     std::string input;        ///< as given on the command line
     std::string output;       ///< as given on the command line
     std::string inputFormat;  ///< for people: "glTF 2.0"
-    std::string outputFormat; ///< "prc"
+    std::string outputFormat; ///< "prc", "pdf"
     std::uint64_t nodes = 0;  ///< of the scene: groups and objects, without the top group
     std::uint64_t objects = 0;
     std::uint64_t meshes = 0; ///< shapes that are stored
@@ -49,6 +49,7 @@ struct ExportSummary
     std::uint64_t materials = 0;
     std::vector<Texture> textures;
     std::optional<TopGroup> topGroup; ///< null in JSON when there is none
+    std::vector<std::string> views;   ///< of a PDF, in the order of its list; empty for a PRC file
     std::uint64_t bytes = 0;          ///< size of the file
     double seconds = 0.0;             ///< from start to end
     std::vector<std::string> warnings;

@@ -17,7 +17,16 @@ using Import::SceneFormat;
 
 std::vector<SceneFormat> WritableFormats()
 {
-    return {{"PRC (ISO 14739-1)", {"prc"}}};
+    return {{"PRC (ISO 14739-1)", {"prc"}}, {"PDF with PRC inside", {"pdf"}}};
+}
+
+std::vector<SceneFormat> ConvertibleFormats()
+{
+    return {{"glTF 2.0", {"glb", "gltf"}},
+            {"Wavefront OBJ", {"obj"}},
+            {"STL", {"stl"}},
+            {"PLY", {"ply"}},
+            {"PRC as it stands in a PDF", {"prc"}}};
 }
 
 nlohmann::ordered_json JsonOf(const std::vector<SceneFormat>& formats)
@@ -56,10 +65,12 @@ void RunFormats(const FormatsOptions& options)
         nlohmann::ordered_json formats;
         formats["read"] = JsonOf(ReadableFormats());
         formats["write"] = JsonOf(WritableFormats());
+        formats["convert"] = JsonOf(ConvertibleFormats());
         PrintResult(formats.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
     } else {
         PrintResult(TextOf("Scenes that can be read:", ReadableFormats()) +
-                    TextOf("Files that can be written:", WritableFormats()));
+                    TextOf("Files that 'orvelprc export' writes:", WritableFormats()) +
+                    TextOf("Files that 'orvelprc convert' makes of PRC and PDF files:", ConvertibleFormats()));
     }
 }
 

@@ -44,6 +44,25 @@ std::uint64_t SizeInBytes(const std::string& option, const std::string& text)
     return static_cast<std::uint64_t>(size);
 }
 
+std::array<std::uint8_t, 3> ColourOf(const std::string& option, const std::string& text)
+{
+    static const std::map<std::string, std::array<std::uint8_t, 3>> names{
+        {"white", {255, 255, 255}}, {"black", {0, 0, 0}}, {"grey", {128, 128, 128}}, {"gray", {128, 128, 128}}};
+    if (const auto named = names.find(CLI::detail::to_lower(text)); named != names.end())
+        return named->second;
+    const std::string digits = text.starts_with('#') ? text.substr(1) : text;
+    const std::size_t count = digits.size();
+    std::uint32_t number = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + count, number, 16);
+    if ((count != 3 && count != 6) || error != std::errc() || end != digits.data() + count)
+        throw CLI::ValidationError(option, "'" + text + "' is not a colour like white or #ff8000");
+    const auto channel = [&](unsigned place) {
+        const std::uint32_t part = count == 3 ? (number >> (4 * place) & 0xFU) * 17 : number >> (8 * place) & 0xFFU;
+        return static_cast<std::uint8_t>(part);
+    };
+    return {channel(2), channel(1), channel(0)};
+}
+
 void AddLimitOptions(CLI::App& command, LimitOptions& limits)
 {
     command
@@ -94,6 +113,11 @@ void AddModelInputOptions(CLI::App& command, ModelInput& input)
     CLI::Option* const file = command.add_option("FILE", input.file, "The PRC or PDF file to read");
     file->type_name("")->required();
     OfferFiles(*file, {"prc", "pdf"});
+    AddModelChoiceOptions(command, input);
+}
+
+void AddModelChoiceOptions(CLI::App& command, ModelInput& input)
+{
     command.add_option("--stream", input.stream, "Of a PDF, take 3D stream N, counted from 1 (default: the first PRC)")
         ->type_name("N")
         ->check(Number("a number of 1 or more", [](double number) { return number >= 1.0; }));

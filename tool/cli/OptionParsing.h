@@ -6,6 +6,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <array>
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -27,6 +29,12 @@ namespace Orvel::Cli
 /// @param text   a number and perhaps K, M, G or T, which are powers of 1024, as in "500M", "1.5GiB".
 /// @throws CLI::ValidationError
 [[nodiscard]] std::uint64_t SizeInBytes(const std::string& option, const std::string& text);
+
+/// @param option for the message.
+/// @param text   the name of a colour, or its hexadecimal digits as in "#ff8000" or "#f80".
+/// @return sRGB.
+/// @throws CLI::ValidationError
+[[nodiscard]] std::array<std::uint8_t, 3> ColourOf(const std::string& option, const std::string& text);
 
 template <typename Value>
 using Choices = std::vector<std::pair<std::string, Value>>;
@@ -60,7 +68,10 @@ void AddLimitOptions(CLI::App& command, LimitOptions& limits);
 /// arguments that the command has.
 void AddImportOptions(CLI::App& command, Import::LoadOptions& load);
 
-/// Adds the FILE to read, and what chooses and limits a model: --stream, --password, --unpack-limit.
+/// Adds what chooses and limits a model: --stream, --password, --unpack-limit.
+void AddModelChoiceOptions(CLI::App& command, ModelInput& input);
+
+/// Adds the FILE to read, and the options above.
 void AddModelInputOptions(CLI::App& command, ModelInput& input);
 
 /// Adds --no-clobber.

@@ -80,6 +80,14 @@ std::unique_ptr<OutputTarget> OutputTarget::Open(const std::string& name, std::s
     return std::make_unique<RegularFileTarget>(name, extension, existing);
 }
 
+void RefuseInputAsOutput(const std::string& name, const InputFile& input)
+{
+    struct stat status
+    {};
+    if (::stat(name.c_str(), &status) == 0)
+        RefuseInput(name, status, input);
+}
+
 Failure CannotWrite(std::string_view name, const std::string& reason)
 {
     return Failure("cannot write " + (name == "-" ? "to standard output" : Quoted(name)) + ": " + reason);

@@ -62,6 +62,10 @@ protected:
     OutputTarget() = default;
 };
 
+/// @param name of a target, see above.
+/// @throws Failure when it is a file that the result is made from.
+void RefuseInputAsOutput(const std::string& name, const InputFile& input);
+
 /// The failure that a target cannot be written.
 [[nodiscard]] Failure CannotWrite(std::string_view name, const std::string& reason);
 

@@ -26,20 +26,6 @@ namespace
 
 constexpr const char* Extension = ".png";
 
-/// The camera with this name, else the standard view, else what would have been possible.
-Views::View ViewNamed(const std::string& name, double aspect, const ShownModel& shown)
-{
-    const auto camera = std::ranges::find(shown.cameras, name, &Views::View::name);
-    if (camera != shown.cameras.end())
-        return *camera;
-    if (const std::optional<Views::StandardView> standard = Views::StandardViewNamed(name))
-        return Views::MakeStandardView(*standard, shown.orientation, aspect, shown.scene.SupportFunction());
-    std::string known = "iso, front, back, left, right, top, bottom";
-    for (const Views::View& view : shown.cameras)
-        known += ", " + Quoted(view.name);
-    throw Failure("there is no view " + Quoted(name) + "; there are " + known);
-}
-
 void WriteFile(const std::vector<std::uint8_t>& bytes, const std::string& file, const std::string& nameForUser)
 {
     std::ofstream stream(file, std::ios::binary | std::ios::trunc);

@@ -7,7 +7,6 @@
 
 #include <charconv>
 #include <filesystem>
-#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -54,26 +53,11 @@ void SetSize(RenderOptions& options, const std::string& text)
     }
 }
 
-/// @param text "transparent", the name of a colour, or its hexadecimal digits as in "#ff8000" or "#f80".
+/// @param text "transparent", or a colour.
 Background BackgroundOf(const std::string& text)
 {
-    static const std::map<std::string, Background> names{{"transparent", std::nullopt}, {"none", std::nullopt},
-                                                         {"white", {{255, 255, 255}}},  {"black", {{0, 0, 0}}},
-                                                         {"grey", {{128, 128, 128}}},   {"gray", {{128, 128, 128}}}};
-    if (const auto named = names.find(CLI::detail::to_lower(text)); named != names.end())
-        return named->second;
-    std::string_view digits = text;
-    if (digits.starts_with('#'))
-        digits.remove_prefix(1);
-    const std::size_t count = digits.size();
-    std::uint32_t number = 0;
-    if ((count != 3 && count != 6) || !TakeNumber(digits, 16, number) || !digits.empty())
-        throw CLI::ValidationError("--background", "'" + text + "' is neither transparent nor a colour like #ff8000");
-    const auto channel = [&](unsigned place) {
-        const std::uint32_t part = count == 3 ? (number >> (4 * place) & 0xFU) * 17 : number >> (8 * place) & 0xFFU;
-        return static_cast<std::uint8_t>(part);
-    };
-    return {{channel(2), channel(1), channel(0)}};
+    const std::string word = CLI::detail::to_lower(text);
+    return word == "transparent" || word == "none" ? std::nullopt : Background(ColourOf("--background", text));
 }
 
 /// A name with the extension of another format would deceive everybody who sees the file.

@@ -3,12 +3,16 @@
 #include "platform/prcfile/PRCReader.h"
 #include "platform/prcfile/PRCScene.h"
 #include "tool/cli/CommandListener.h"
+#include "tool/cli/Errors.h"
 #include "tool/cli/ExportOptions.h"
+#include "tool/cli/Text.h"
 #include "tool/cli/WriteScene.h"
 #include "tool/import/ImportReport.h"
 #include "tool/render/PrcRenderScene.h"
 #include "tool/views/CameraViews.h"
 
+#include <algorithm>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -18,33 +22,13 @@ namespace Orvel::Cli
 namespace
 {
 
-/// @return what a picture shows of the model, which is freed.
-Render::RenderScene Prepare(prc::Model::PRCModel model, const WorkReporter& reporter)
-{
-    const prc::Model::PlacedScene placed = prc::Model::placeScene(model);
-    Render::BuiltRenderScene built = Render::BuildRenderScene(model, placed);
-    for (const prc::Model::Finding& finding : model.findings)
-        reporter.Warning(finding.message());
-    for (const std::vector<std::string>& notes : {placed.notes, built.notes})
-        SendWarnings(reporter, notes, false);
-    return std::move(built.scene);
-}
-
 prc::Model::PRCModel Exported(COrvelDocument& document, const Import::LoadOptions& load)
 {
     ExportOptions options;
     options.maximumTextureSize = static_cast<int>(load.largestTextureSide.value_or(1024));
     options.output = (load.temporaryFolder / "shown.prc").string();
-    ExportFiles files;
-    files.output = options.output;
-    WriteScene(document, nullptr, files, options);
+    static_cast<void>(WriteScene(document, nullptr, options.output, options));
     return prc::readPRCFile(options.output);
-}
-
-Views::Orientation OrientationOf(const Import::BuildSummary& built, Import::Up wanted)
-{
-    const bool isYUp = built.unitChange && built.unitChange->to == Import::UpAxis::Y;
-    return isYUp || wanted == Import::Up::Y ? Views::YUp : Views::ZUp;
 }
 
 ShownModel ReadScene(const std::string& path, const Import::LoadOptions& load, const WorkReporter& reporter)
@@ -55,13 +39,43 @@ ShownModel ReadScene(const std::string& path, const Import::LoadOptions& load, c
     SendWarnings(reporter, report.Warnings(), false);
     reporter.Stage("preparing the scene");
     ShownModel shown;
-    shown.scene = Prepare(Exported(*loaded.document, load), reporter);
+    shown.scene = MakeRenderScene(Exported(*loaded.document, load), reporter);
     shown.cameras = Views::CameraViews(loaded.cameras, shown.scene.SupportFunction());
     shown.orientation = OrientationOf(loaded.summary, load.up);
     return shown;
 }
 
 } // namespace
+
+Render::RenderScene MakeRenderScene(prc::Model::PRCModel model, const WorkReporter& reporter)
+{
+    const prc::Model::PlacedScene placed = prc::Model::placeScene(model);
+    Render::BuiltRenderScene built = Render::BuildRenderScene(model, placed);
+    for (const prc::Model::Finding& finding : model.findings)
+        reporter.Warning(finding.message());
+    for (const std::vector<std::string>& notes : {placed.notes, built.notes})
+        SendWarnings(reporter, notes, false);
+    return std::move(built.scene);
+}
+
+Views::Orientation OrientationOf(const Import::BuildSummary& built, Import::Up wanted)
+{
+    const bool isYUp = built.unitChange && built.unitChange->to == Import::UpAxis::Y;
+    return isYUp || wanted == Import::Up::Y ? Views::YUp : Views::ZUp;
+}
+
+Views::View ViewNamed(const std::string& name, double aspect, const ShownModel& shown)
+{
+    const auto camera = std::ranges::find(shown.cameras, name, &Views::View::name);
+    if (camera != shown.cameras.end())
+        return *camera;
+    if (const std::optional<Views::StandardView> standard = Views::StandardViewNamed(name))
+        return Views::MakeStandardView(*standard, shown.orientation, aspect, shown.scene.SupportFunction());
+    std::string known = "iso, front, back, left, right, top, bottom";
+    for (const Views::View& view : shown.cameras)
+        known += ", " + Quoted(view.name);
+    throw Failure("there is no view " + Quoted(name) + "; there are " + known);
+}
 
 ShownModel ReadShownModel(const ModelInput& input, const Import::LoadOptions& load, const WorkReporter& reporter)
 {
@@ -71,7 +85,8 @@ ShownModel ReadShownModel(const ModelInput& input, const Import::LoadOptions& lo
     ShownModel shown;
     const ModelSource source(input);
     SendWarnings(reporter, source.Warnings(), false);
-    shown.scene = Prepare(ReadModel(source, input), reporter);
+    shown.scene = MakeRenderScene(ReadModel(source, input), reporter);
+    shown.orientation = OrientationOf({}, load.up);
     return shown;
 }
 

@@ -6,6 +6,7 @@
 #include "tool/render/RenderScene.h"
 #include "tool/views/StandardViews.h"
 
+#include <string>
 #include <vector>
 
 namespace Orvel::Cli
@@ -18,6 +19,18 @@ struct ShownModel
     std::vector<Views::View> cameras; ///< of a scene; a PRC model has none
     Views::Orientation orientation;   ///< z up, unless the user wants a scene otherwise
 };
+
+/// What a picture shows of a model, which is freed. Warnings go to the reporter.
+[[nodiscard]] Render::RenderScene MakeRenderScene(prc::Model::PRCModel model, const WorkReporter& reporter);
+
+/// Which way is up in the file that a scene is exported to, or in a file that does not say: z, unless `wanted`.
+[[nodiscard]] Views::Orientation OrientationOf(const Import::BuildSummary& built, Import::Up wanted);
+
+/// The camera with this name, else the standard view.
+///
+/// @param aspect width of the picture divided by its height.
+/// @throws Failure when there is none; it names those that there are.
+[[nodiscard]] Views::View ViewNamed(const std::string& name, double aspect, const ShownModel& shown);
 
 /// Reads a scene, or a file that holds a PRC model, for a picture. Warnings go to the reporter.
 ///

@@ -1,10 +1,8 @@
 #include "tool/cli/WriteScene.h"
 
-#include "mapping/COrvelPRCMapper.h"
 #include "platform/core/COrvelCamera.h"
 #include "tool/cli/Errors.h"
 #include "tool/cli/OutputTarget.h"
-#include "tool/record/ExportRecord.h"
 #include "writer/COrvelPRCWriter.h"
 
 #include <cerrno>
@@ -16,16 +14,6 @@ namespace Orvel::Cli
 
 namespace
 {
-
-void WriteRecordFile(const COrvelPRCMapper& mapper, const Record::RunFacts& facts, const ExportFiles& files,
-                     const ExportOptions& options)
-{
-    std::ofstream out(files.record, std::ios::binary);
-    Record::WriteRecord(mapper, facts, out);
-    out.close();
-    if (!out)
-        throw CannotWrite(options.record, std::generic_category().message(errno));
-}
 
 Record::RunFacts FactsOf(const Animate::AnimatedScene& animated)
 {
@@ -41,9 +29,9 @@ Record::RunFacts FactsOf(const Animate::AnimatedScene& animated)
 
 /// @param animated, mapper of the animated run; null for the plain one.
 void WriteOutput(COrvelPRCWriter& writer, COrvelDocument& document, Animate::AnimatedScene* animated,
-                 COrvelPRCMapper* mapper, const ExportFiles& files, const ExportOptions& options)
+                 COrvelPRCMapper* mapper, const std::string& prcFile, const ExportOptions& options)
 {
-    const COrvelString file(files.output.c_str());
+    const COrvelString file(prcFile.c_str());
     bool written = false;
     try {
         if (animated) {
@@ -62,20 +50,29 @@ void WriteOutput(COrvelPRCWriter& writer, COrvelDocument& document, Animate::Ani
 
 } // namespace
 
-void WriteScene(COrvelDocument& document, Animate::AnimatedScene* animated, const ExportFiles& files,
-                const ExportOptions& options)
+std::unique_ptr<AnimatedRun> WriteScene(COrvelDocument& document, Animate::AnimatedScene* animated,
+                                        const std::string& prcFile, const ExportOptions& options)
 {
     COrvelPRCWriter writer;
     writer.SetMaximumTextureSize(options.maximumTextureSize);
     if (!animated) {
-        WriteOutput(writer, document, nullptr, nullptr, files, options);
-        return;
+        WriteOutput(writer, document, nullptr, nullptr, prcFile, options);
+        return nullptr;
     }
-    const Record::RunFacts facts = FactsOf(*animated);
+    auto run = std::make_unique<AnimatedRun>();
+    run->facts = FactsOf(*animated);
     writer.SetKeyFrameManager(animated->manager.release());
-    COrvelPRCMapper mapper;
-    WriteOutput(writer, document, animated, &mapper, files, options);
-    WriteRecordFile(mapper, facts, files, options);
+    WriteOutput(writer, document, animated, &run->mapper, prcFile, options);
+    return run;
+}
+
+void WriteRecordFile(const AnimatedRun& run, const std::string& file, const ExportOptions& options)
+{
+    std::ofstream out(file, std::ios::binary);
+    Record::WriteRecord(run.mapper, run.facts, out);
+    out.close();
+    if (!out)
+        throw CannotWrite(options.record, std::generic_category().message(errno));
 }
 
 } // namespace Orvel::Cli

@@ -55,6 +55,58 @@ TEST(CommandLine, ReadsEveryOptionOfExport)
     EXPECT_EQ(options.limits.memoryInBytes, std::uint64_t{3} << 30);
 }
 
+TEST(CommandLine, ReadsOptionsOfPdf)
+{
+    const ExportOptions options = ParseExport({"in.glb",
+                                               "-o",
+                                               "out.PDF",
+                                               "--page-size",
+                                               "200x100",
+                                               "--margin",
+                                               "25.4",
+                                               "--orientation",
+                                               "Portrait",
+                                               "--title",
+                                               "two\nlines",
+                                               "--caption",
+                                               "",
+                                               "--date",
+                                               "2024-05-06",
+                                               "--views",
+                                               "top, Camera 1",
+                                               "--view",
+                                               "iso",
+                                               "--background",
+                                               "#f80",
+                                               "--activate",
+                                               "page-open",
+                                               "--lighting",
+                                               "HEADLAMP",
+                                               "--render-mode",
+                                               "solidoutline",
+                                               "--script",
+                                               "s.json"});
+    ASSERT_TRUE(options.pdf);
+    const SheetOptions& sheet = options.pdf->sheet;
+    EXPECT_NEAR(sheet.width, 283.4646, 1e-4);
+    EXPECT_NEAR(sheet.height, 566.9291, 1e-4);
+    EXPECT_NEAR(sheet.margin, 72.0, 1e-9);
+    EXPECT_EQ(sheet.title, "two lines");
+    EXPECT_EQ(sheet.caption, "");
+    EXPECT_EQ(sheet.date, "2024-05-06T00:00:00Z");
+    EXPECT_THAT(options.pdf->views, testing::ElementsAre("top", "Camera 1"));
+    EXPECT_THAT(options.pdf->background, testing::ElementsAre(255, 136, 0));
+    EXPECT_EQ(options.pdf->activation, Pdf::Activation::PageOpen);
+    EXPECT_EQ(options.pdf->lighting + options.pdf->renderMode, "HeadlampSolidOutline");
+
+    const ExportOptions placed = ParseExport(
+        {"in.glb", "-o", "out", "--format", "pdf", "--template", "t.pdf", "--page", "3", "--rect", "1, 2,3.5,4"});
+    ASSERT_TRUE(placed.pdf && placed.pdf->place && placed.pdf->place->rectangle);
+    EXPECT_EQ(placed.pdf->place->page, 3U);
+    EXPECT_EQ(placed.pdf->place->rectangle->width, 3.5);
+    EXPECT_EQ(ParseExport({"in.glb", "-o", "out.pdf", "--format", "prc"}).pdf.has_value(), false);
+}
+
 TEST(CommandLine, LeavesWhatIsNotGivenToTheScene)
 {
     const ExportOptions options = ParseExport({"in.glb", "-o", "-"});
@@ -106,8 +158,18 @@ TEST(CommandLine, RefusesWrongUsage)
         {"export", "in.glb", "-o"},
         {"export", "in.glb", "-o", ""},
         {"export", "in.glb", "-o", "a.prc", "-o", "b.prc"},
-        {"export", "in.glb", "-o", "out.pdf"},
         {"export", "in.glb", "-o", "out.GLB"},
+        {"export", "in.glb", "-o", "out", "--script", "s.json"},
+        {"export", "in.glb", "-o", "out", "--title", "t"},
+        {"export", "in.glb", "-o", "out.pdf", "--page", "2"},
+        {"export", "in.glb", "-o", "out.pdf", "--rect", "0,0,9,9"},
+        {"export", "in.glb", "-o", "out.pdf", "--template", "t.pdf", "--rect", "0,0,9"},
+        {"export", "in.glb", "-o", "out.pdf", "--template", "t.pdf", "--title", "t"},
+        {"export", "in.glb", "-o", "out.pdf", "--page-size", "a4x"},
+        {"export", "in.glb", "-o", "out.pdf", "--page-size", "10x10"},
+        {"export", "in.glb", "-o", "out.pdf", "--date", "yesterday"},
+        {"export", "in.glb", "-o", "out.pdf", "--views", "iso,,top"},
+        {"export", "in.glb", "-o", "out.pdf", "--background", "transparent"},
         {"export", "in.glb", "-o", "out", "--format", "obj"},
         {"export", "in.glb", "-o", "out", "--scale", "0"},
         {"export", "in.glb", "-o", "out", "--scale", "-1"},
@@ -150,7 +212,7 @@ TEST(CommandLine, NamesTheHelpThatWouldHelp)
     EXPECT_EQ(messageOf({"frobnicate"}), "there is no command 'frobnicate' (see 'orvelprc --help')");
     EXPECT_EQ(messageOf({}), "a command is missing (see 'orvelprc --help')");
     EXPECT_THAT(messageOf({"export", "in", "-o", "out", "--up", "x"}), HasSubstr("'x' is none of: y, z, keep"));
-    EXPECT_THAT(messageOf({"export", "a", "-o", "b.pdf"}), HasSubstr("--format prc"));
+    EXPECT_THAT(messageOf({"export", "a", "-o", "b.glb"}), HasSubstr("--format prc"));
 }
 
 TEST(CommandLine, WritesPrcUnderAnyNameWhenTold)

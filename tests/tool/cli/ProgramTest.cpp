@@ -307,6 +307,8 @@ TEST_F(Program, ListsFormats)
     EXPECT_EQ(formats["read"][0]["extensions"], (json{"glb", "gltf"}));
     EXPECT_GT(formats["read"].size(), 20U);
     EXPECT_EQ(formats["write"][0]["extensions"], json{"prc"});
+    EXPECT_EQ(formats["write"][1]["extensions"], json{"pdf"});
+    EXPECT_EQ(formats["convert"][0]["extensions"], (json{"glb", "gltf"}));
     EXPECT_THAT(Run({"formats"}).out, HasSubstr(".fbx"));
 }
 

@@ -35,6 +35,7 @@ COrvelKeyFrameDataVertices* COrvelKeyFrameDataVertices::CreateVerticesKeyFrameDa
     std::unique_ptr<COrvelKeyFrameDataVertices> data(new COrvelKeyFrameDataVertices(id));
     if (table)
         data->AddTable(CopyOf(table));
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the data has taken the table over
     return data.release();
 }
 

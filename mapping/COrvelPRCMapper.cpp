@@ -99,6 +99,7 @@ void COrvelPRCMapper::ListMaterialAnimation(std::map<int, std::vector<int>>& ani
     CopyUnlessSame(materialAnimation, animation);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the parameter list is part of the contract
 void COrvelPRCMapper::ListMaterialSequenceAnimation(COrvelString key, std::map<int, std::vector<int>>& animation) const
 {
     // A walk with ==, not find(): where the two comparisons of COrvelString disagree, equality decides.

@@ -6,13 +6,14 @@
 #include <filesystem>
 #include <map>
 #include <system_error>
+#include <utility>
 
 namespace Orvel::Cli
 {
 
 CLI::Validator Number(std::string description, bool (*accepts)(double))
 {
-    return {[description, accepts](std::string& text) {
+    return {[description = std::move(description), accepts](std::string& text) {
                 double number = 0.0;
                 const bool good = CLI::detail::lexical_cast(text, number) && std::isfinite(number) && accepts(number);
                 return good ? std::string() : "'" + text + "' is not " + description;

@@ -165,7 +165,8 @@ private:
             auto* const colours = mesh.mColors[0] = new aiColor4D[mesh.mNumVertices];
             for (std::size_t i = 0; i < mesh.mNumVertices; ++i) {
                 const std::uint8_t* const colour = source.colours.data() + 4 * i;
-                colours[i] = {colour[0] / 255.0F, colour[1] / 255.0F, colour[2] / 255.0F, colour[3] / 255.0F};
+                for (unsigned channel = 0; channel < 4; ++channel)
+                    colours[i][channel] = static_cast<float>(colour[channel]) / 255.0F;
             }
         }
     }

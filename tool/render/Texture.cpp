@@ -90,7 +90,7 @@ Texture::Level Texture::HalfOf(const Level& level)
             const Vector4f mean = Straight(sum / 4.0F);
             for (int channel = 0; channel < 3; ++channel)
                 out[channel] = SrgbByteFromLinear(mean[channel]);
-            out[3] = static_cast<std::uint8_t>(mean[3] * 255.0F + 0.5F);
+            out[3] = static_cast<std::uint8_t>(std::lround(mean[3] * 255.0F));
         }
     }
     return half;
@@ -126,7 +126,7 @@ Vector4f Texture::Trilinear(float level, const Vector2f& uv, Wraps wraps) const
     const float clamped = std::clamp(level, 0.0F, last);
     const auto finer = static_cast<std::size_t>(clamped);
     const float share = clamped - static_cast<float>(finer);
-    const Vector4f fine = Bilinear(levels[finer], uv, wraps);
+    Vector4f fine = Bilinear(levels[finer], uv, wraps);
     if (share <= 0.0F)
         return fine;
     return (1.0F - share) * fine + share * Bilinear(levels[finer + 1], uv, wraps);
@@ -151,8 +151,8 @@ Vector4f Texture::Sample(const TextureFootprint& footprint, Wrap wrapU, Wrap wra
     const float count = std::clamp(std::ceil(longer / std::max(shorter, 1e-6F)), 1.0F, LargestAnisotropy);
     const float level = std::log2(std::max(longer / count, 1.0F)) + LevelBias;
     Vector4f sum = Vector4f::Zero();
-    for (float k = 0.5F; k < count; k += 1.0F) {
-        const Vector2f at = uv + (k / count - 0.5F) * axis;
+    for (int k = 0; k < static_cast<int>(count); ++k) {
+        const Vector2f at = uv + ((static_cast<float>(k) + 0.5F) / count - 0.5F) * axis;
         sum += Trilinear(level, {Reduced(at[0], wrapU), Reduced(at[1], wrapV)}, wraps);
     }
     return Straight(sum / count);

@@ -62,7 +62,7 @@ std::array<std::uint8_t, 4> ToBytes(const Vector4f& colour, const PictureOptions
         straight /= alpha;
     }
     return {SrgbByteFromLinear(straight[0]), SrgbByteFromLinear(straight[1]), SrgbByteFromLinear(straight[2]),
-            static_cast<std::uint8_t>(alpha * 255.0F + 0.5F)};
+            static_cast<std::uint8_t>(std::lround(alpha * 255.0F))};
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "tool/cli/Errors.h"
 #include "tool/cli/OptionParsing.h"
 #include "tool/cli/PdfParser.h"
+#include "tool/cli/ValueHints.h"
 
 #include <CLI/CLI.hpp>
 
@@ -138,7 +139,7 @@ void Finish(const CLI::App& command, Parsed& parsed)
     if (options.output.empty())
         throw UsageError("the name of the output is empty");
     if (FormatOf(parsed) == Format::Pdf) {
-        FinishPdfOptions(command, parsed.pdf);
+        FinishPdfOptions(parsed.pdf);
         options.pdf = std::move(parsed.pdf);
         options.pdf->model.file = options.scene;
     } else {
@@ -188,6 +189,7 @@ void AddExportCommand(CLI::App& program, Command& chosen)
     AddExistingFileOption(command, options.existing);
     AddLimitOptions(command, options.limits);
     AddPdfOptions(command, parsed->pdf);
+    OfferFiles(*command.get_option("SCENE"), {"prc", "pdf"});
     command.callback([parsed, &command, &chosen] {
         if (parsed->list) {
             chosen = ListOptions{parsed->options.scene, parsed->options.limits, parsed->options.json};

@@ -13,11 +13,19 @@
 namespace Orvel::Cli
 {
 
+enum class Orientation
+{
+    AsTheSizeSays,
+    Portrait,
+    Landscape
+};
+
 /// The sheet of a new document. Lengths in points.
 struct SheetOptions
 {
     double width = 841.89; ///< A4, landscape
     double height = 595.28;
+    Orientation orientation = Orientation::AsTheSizeSays;
     double margin = 42.52;            ///< 15 mm
     std::optional<std::string> title; ///< nothing: the name of the scene's file
     std::string author;

@@ -3,10 +3,10 @@
 #include "tool/cli/Errors.h"
 #include "tool/cli/OptionParsing.h"
 #include "tool/cli/Text.h"
+#include "tool/cli/ValueHints.h"
 
 #include <CLI/CLI.hpp>
 #include <QDateTime>
-#include <QLocale>
 
 #include <algorithm>
 #include <array>
@@ -15,6 +15,7 @@
 #include <initializer_list>
 #include <span>
 #include <string_view>
+#include <utility>
 
 namespace Orvel::Cli
 {
@@ -152,9 +153,10 @@ void AddSheetOptions(CLI::App& command, PdfOptions& options)
             "--page-size", [&sheet](const std::string& text) { SetPageSize(sheet, text); },
             "a3, a4, a5, letter, tabloid, 16:9, or millimetres like 200x150 (default: a4)")
         ->type_name("SIZE");
-    command.add_option("--orientation", "portrait or landscape (default: landscape, or as the millimetres say)")
-        ->type_name("WAY")
-        ->check(CLI::IsMember({"portrait", "landscape"}, CLI::ignore_case));
+    AddChoice<Orientation>(command, "--orientation", sheet.orientation,
+                           {{"portrait", Orientation::Portrait}, {"landscape", Orientation::Landscape}},
+                           "portrait or landscape (default: landscape, or as the millimetres say)")
+        ->type_name("WAY");
     command
         .add_option_function<double>(
             "--margin", [&sheet](double margin) { sheet.margin = margin * PointsPerMillimetre; },
@@ -182,6 +184,7 @@ void AddTemplateOptions(CLI::App& command, PdfOptions& options)
         "--template", [place](const std::string& name) { place().file = name; },
         "Put the model into a page of SHEET, a PDF file that otherwise stays as it is");
     file->type_name("SHEET");
+    OfferFiles(*file, {"pdf"});
     for (const char* const ofNewPages :
          {"--title", "--author", "--caption", "--page-size", "--orientation", "--margin", "--lang", "--date"})
         file->excludes(command.get_option(ofNewPages));
@@ -258,20 +261,23 @@ void AddPdfOptions(CLI::App& command, PdfOptions& options)
     AddTemplateOptions(command, options);
     AddLookOptions(command, options);
     AddModelChoiceOptions(command, options.model);
+    OfferWords(*command.get_option("--view"), {"iso", "front", "back", "left", "right", "top", "bottom"});
+    OfferWords(*command.get_option("--background"), {"white", "black", "grey"});
+    OfferWords(*command.get_option("--page-size"), {"a3", "a4", "a5", "letter", "tabloid", "16:9"});
     const std::vector<CLI::Option*> all = command.get_options({});
     std::for_each(all.begin() + static_cast<std::ptrdiff_t>(before), all.end(),
                   [](CLI::Option* option) { option->group(Group); });
 }
 
-void FinishPdfOptions(const CLI::App& command, PdfOptions& options)
+void FinishPdfOptions(PdfOptions& options)
 {
     SheetOptions& sheet = options.sheet;
-    if (const CLI::Option* const orientation = command.get_option("--orientation"); orientation->count() > 0) {
-        const bool isPortrait = CLI::detail::to_lower(orientation->as<std::string>()) == "portrait";
-        if (isPortrait == (sheet.width > sheet.height))
-            std::swap(sheet.width, sheet.height);
-    }
-    if (command.get_option("--template")->count() > 0 && options.place->file.empty())
+    const bool isTurned = sheet.orientation == Orientation::Portrait    ? sheet.width > sheet.height
+                          : sheet.orientation == Orientation::Landscape ? sheet.width < sheet.height
+                                                                        : false;
+    if (isTurned)
+        std::swap(sheet.width, sheet.height);
+    if (options.place && options.place->file.empty())
         throw UsageError("the name of the template is empty");
 }
 

@@ -18,7 +18,7 @@ void AddPdfOptions(CLI::App& command, PdfOptions& options);
 /// Completes what was parsed.
 ///
 /// @throws UsageError for options that do not fit together.
-void FinishPdfOptions(const CLI::App& command, PdfOptions& options);
+void FinishPdfOptions(PdfOptions& options);
 
 /// @throws UsageError when an option of PDF output is given.
 void RefusePdfOptions(const CLI::App& command);

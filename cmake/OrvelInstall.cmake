@@ -31,7 +31,7 @@ string(REGEX REPLACE "/$" "" ORVEL_PREFIX_FROM_PKGCONFIG "${ORVEL_PREFIX_FROM_PK
 configure_file("${PROJECT_SOURCE_DIR}/cmake/orvelprcwriter.pc.in" orvelprcwriter.pc @ONLY)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/orvelprcwriter.pc"
     DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT development)
-install(FILES "${PROJECT_SOURCE_DIR}/examples/host.cpp"
+install(FILES "${PROJECT_SOURCE_DIR}/examples/CMakeLists.txt" "${PROJECT_SOURCE_DIR}/examples/host.cpp"
     DESTINATION "${document_dir}/examples" COMPONENT development)
 
 if(ORVEL_BUILD_TOOL)

@@ -1,16 +1,13 @@
-// player_fixture SCENE FOLDER SCRIPT FPS: exports a scene with what a scene script adds, and writes the player's script
-// and the scene as a viewer would have it into FOLDER, as script.js and scene.json.
+// player_fixture PDF FOLDER: writes the script that plays the model of a PDF, and the model as a viewer would have it,
+// into FOLDER, as script.js and scene.json.
 
-#include "mapping/COrvelPRCMapper.h"
 #include "platform/prcfile/PRCModel.h"
 #include "platform/prcfile/PRCReader.h"
-#include "tool/import/DistinctNames.h"
-#include "tool/import/LoadDocument.h"
-#include "tool/player/PlayerScript.h"
-#include "tool/script/ApplyScript.h"
-#include "writer/COrvelPRCWriter.h"
 
 #include <nlohmann/json.hpp>
+#include <qpdf/Buffer.hh>
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFPageDocumentHelper.hh>
 
 #include <fstream>
 #include <string>
@@ -18,7 +15,6 @@
 namespace
 {
 
-using namespace Orvel;
 using nlohmann::json;
 
 json NodeOf(const prc::Model::FileStructure& structure, std::uint32_t occurrence)
@@ -56,13 +52,10 @@ void WriteSceneJson(const prc::Model::PRCModel& model, const std::string& file)
     std::ofstream(file) << scene;
 }
 
-Record::RunFacts FactsOf(const Animate::AnimatedScene& animated)
+/// What the first annotation of the first page shows.
+QPDFObjectHandle ModelStream(QPDF& pdf)
 {
-    Record::RunFacts facts;
-    facts.sceneStates = animated.sceneStateNames;
-    facts.framesPerSecond = animated.framesPerSecond;
-    facts.lastFrame = animated.manager->LastFrame();
-    return facts;
+    return QPDFPageDocumentHelper(pdf).getAllPages().at(0).getAnnotations("/3D").at(0).getObjectHandle().getKey("/3DD");
 }
 
 } // namespace
@@ -70,31 +63,12 @@ Record::RunFacts FactsOf(const Animate::AnimatedScene& animated)
 int main(int, char** arguments)
 {
     const std::string folder = arguments[2];
-    Import::ImportReport report;
-    Import::LoadOptions load;
-    load.temporaryFolder = folder;
-    auto loaded = Import::LoadDocument(arguments[1], load, report);
-    Animate::AnimationOptions options;
-    options.framesPerSecond = std::stod(arguments[4]);
-    auto animated = Animate::MakeAnimatedScene(loaded, options, report);
-    const auto looks = Script::ApplyScript(Script::ReadScript(arguments[3]), options, loaded, animated);
-    Import::GiveDistinctNodeNames(*loaded.document);
-    const Record::RunFacts facts = FactsOf(animated);
-
-    COrvelPRCWriter writer;
-    COrvelKeyFrameManager& timeline = *animated.manager;
-    writer.SetKeyFrameManager(animated.manager.release());
-    COrvelPRCMapper mapper;
-    writer.SetPRCMapper(&mapper);
-    const std::string file = folder + "/scene.prc";
-    if (!writer.ExportToMemory(loaded.document.get(), COrvelString(file.c_str()), nullptr, nullptr,
-                               &animated.sceneStates))
-        return 1;
-    const prc::Model::PRCModel model = prc::readPRCFile(file);
-    WriteSceneJson(model, folder + "/scene.json");
-    std::vector<COrvelSequence*> sequences;
-    for (const auto& sequence : animated.sequences)
-        sequences.push_back(sequence.Get());
-    std::ofstream(folder + "/script.js")
-        << Player::MakePlayerScript({*loaded.document, mapper, facts, model, timeline, sequences}).text;
+    QPDF pdf;
+    pdf.processFile(arguments[1]);
+    QPDFObjectHandle stream = ModelStream(pdf);
+    const auto model = stream.getStreamData(qpdf_dl_all);
+    WriteSceneJson(prc::readPRC({model->getBuffer(), model->getSize()}), folder + "/scene.json");
+    const auto script = stream.getDict().getKey("/OnInstantiate").getStreamData(qpdf_dl_all);
+    std::ofstream(folder + "/script.js") << std::string(reinterpret_cast<char*>(script->getBuffer()),
+                                                        script->getSize());
 }

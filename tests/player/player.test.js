@@ -19,7 +19,9 @@ function makePlayer(name, scene, script) {
     fs.mkdirSync(own);
     fs.writeFileSync(path.join(own, "scene.gltf"), JSON.stringify(scene));
     fs.writeFileSync(path.join(own, "script.json"), JSON.stringify(script));
-    execFileSync(process.env.PLAYER_FIXTURE, [path.join(own, "scene.gltf"), own, path.join(own, "script.json"), "10"]);
+    execFileSync(process.env.ORVELPRC, ["export", "scene.gltf", "-o", "out.pdf", "--script", "script.json", "--fps", "10",
+        "--strict", "--quiet"], { cwd: own });
+    execFileSync(process.env.PLAYER_FIXTURE, [path.join(own, "out.pdf"), own]);
     const read = (file) => fs.readFileSync(path.join(own, file), "utf8");
     return { script: read("script.js"), scene: JSON.parse(read("scene.json")) };
 }

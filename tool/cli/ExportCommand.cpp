@@ -13,6 +13,7 @@
 #include "tool/cli/Text.h"
 #include "tool/cli/WritePdf.h"
 #include "tool/cli/WriteScene.h"
+#include "tool/import/DistinctNames.h"
 #include "tool/import/ImportReport.h"
 #include "tool/import/LoadDocument.h"
 #include "tool/script/ApplyScript.h"
@@ -81,10 +82,11 @@ Script::SceneScript ScriptOf(const ExportOptions& options)
     return script;
 }
 
-/// Whether the scene as it is exported moves or has variants.
+/// Whether there is something for a player to do.
 bool HasMotion(const ExportOptions& options, const Import::LoadedDocument& loaded)
 {
-    return !loaded.clips.empty() || !loaded.variants.empty() || !options.script.empty() || options.turntableFrames > 0;
+    return !loaded.clips.empty() || !loaded.variants.empty() || loaded.summary.hiddenNodes > 0 ||
+           !options.script.empty() || options.turntableFrames > 0;
 }
 
 /// The animation, where any of the files shows it.
@@ -126,6 +128,9 @@ ExportSummary ImportAndWrite(const ExportOptions& options, const Import::LoadOpt
     Import::ImportReport report;
     reporter.Stage("reading the scene");
     Import::LoadedDocument loaded = Import::LoadDocument(options.scene, load, report);
+    if (!options.pdf)
+        report.CountLeftOut("hidden node, which the file shows", "hidden nodes, which the file shows",
+                            loaded.summary.hiddenNodes);
     std::optional<Animate::AnimatedScene> animated = MakeAnimation(options, loaded, report, reporter);
     // Without what scripts add: that is said anew for each export.
     if (!files.animation.empty() && !Animate::SaveAnimation(*loaded.document, *animated, files.animation))
@@ -136,6 +141,9 @@ ExportSummary ImportAndWrite(const ExportOptions& options, const Import::LoadOpt
         looks = Script::ApplyScript(ScriptOf(options), options.animation, loaded, *animated);
     SendWarnings(reporter, report.Warnings(), options.strict);
     reporter.Stage("writing the file");
+    // Last of all: scripts and animation files know the nodes by the names that they have in the scene.
+    if (options.pdf)
+        Import::GiveDistinctNodeNames(*loaded.document);
     const auto run = WriteScene(*loaded.document, isShown ? &*animated : nullptr, files.prc, options);
     if (!files.record.empty())
         WriteRecordFile(*run, files.record, options);

@@ -36,6 +36,8 @@ ShownModel ReadScene(const std::string& path, const Import::LoadOptions& load, c
     Import::ImportReport report;
     reporter.Stage("reading the scene");
     const Import::LoadedDocument loaded = Import::LoadDocument(path, load, report);
+    report.CountLeftOut("hidden node, which the picture shows", "hidden nodes, which the picture shows",
+                        loaded.summary.hiddenNodes);
     SendWarnings(reporter, report.Warnings(), false);
     reporter.Stage("preparing the scene");
     ShownModel shown;

@@ -1,5 +1,7 @@
 #include "tool/cli/WritePdf.h"
 
+#include "animation/COrvelKeyFrameManager.h"
+#include "animation/COrvelSequenceContainer.h"
 #include "platform/prcfile/PRCReader.h"
 #include "platform/prcfile/PRCScene.h"
 #include "tool/cli/CommandListener.h"
@@ -15,6 +17,7 @@
 #include "tool/pdf/DocumentInfo.h"
 #include "tool/pdf/PageDesign.h"
 #include "tool/pdf/PdfModels.h"
+#include "tool/player/PlayerScript.h"
 #include "tool/render/Renderer.h"
 #include "tool/views/CameraViews.h"
 
@@ -197,6 +200,21 @@ std::vector<std::string> WritePdf(Pdf::PdfSheet& sheet, PdfModel model, const Ex
     return names;
 }
 
+void AddPlayer(const COrvelDocument& document, const AnimatedRun& run, const prc::Model::PRCModel& model,
+               PdfModel& pdfModel, const WorkReporter& reporter, const ExportOptions& options)
+{
+    COrvelKeyFrameManager& timeline = *COrvelKeyFrameManager::Instance();
+    std::vector<COrvelSequence*> sequences;
+    timeline.SequenceContainer()->ListSequences(sequences, true, false);
+    Player::PlayerScript player =
+        Player::MakePlayerScript({document, run.mapper, run.facts, model, timeline, std::move(sequences)});
+    pdfModel.script = std::move(player.text);
+    pdfModel.plays = player.moves;
+    Import::ImportReport report;
+    report.CountLeftOut("other picture of a variant", "other pictures of variants", player.otherPictures);
+    SendWarnings(reporter, report.Warnings(), options.strict);
+}
+
 ExportSummary SummaryOf(const ModelSource& source, const prc::Model::PRCModel& model)
 {
     const prc::Model::PlacedScene placed = prc::Model::placeScene(model);
@@ -234,13 +252,8 @@ std::vector<std::string> WriteScenePdf(Pdf::PdfSheet& sheet, const Import::Loade
     pdfModel.prc = BytesOf(file);
     prc::Model::PRCModel model = prc::readPRC(pdfModel.prc);
     pdfModel.unitInMillimetres = model.unitInMillimetres;
-    // The place of what plays the run: its record, the document and the model as it is stored are at hand.
-    if (run && pdfModel.script.empty()) {
-        Import::ImportReport report;
-        report.CountLeftOut("animation", "animations", loaded.clips.size());
-        report.CountLeftOut("variant of materials", "variants of materials", loaded.variants.size());
-        SendWarnings(reporter, report.Warnings(), options.strict);
-    }
+    if (run)
+        AddPlayer(*loaded.document, *run, model, pdfModel, reporter, options);
     pdfModel.shown.scene = MakeRenderScene(std::move(model), reporter);
     pdfModel.shown.cameras = Views::CameraViews(loaded.cameras, pdfModel.shown.scene.SupportFunction());
     pdfModel.shown.orientation = OrientationOf(loaded.summary, options.load.up);

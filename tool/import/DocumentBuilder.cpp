@@ -130,8 +130,10 @@ COrvelSceneNode* NodeMaker::MakeNode(const ImportedNode& source)
     else
         node = MakeGroup(source);
     node->SetLocalMatrix(source.matrix);
-    if (source.hidden)
+    if (source.hidden) {
         node->Hide();
+        ++built.summary.hiddenNodes;
+    }
     return node;
 }
 

@@ -46,6 +46,7 @@ struct BuildSummary
     std::string format;              ///< of the source: "glTF 2.0", ...
     std::size_t nodes = 0;           ///< groups and objects, without the group for units and axes
     std::size_t objects = 0;         ///< of these, objects with a mesh
+    std::size_t hiddenNodes = 0;     ///< of these, nodes that are hidden themselves
     std::size_t meshes = 0;          ///< shapes that are stored: one for all objects that share it
     std::size_t trianglesStored = 0; ///< in the meshes, each counted once
     std::size_t trianglesPlaced = 0; ///< in the objects

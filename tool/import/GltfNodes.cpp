@@ -154,8 +154,6 @@ void GltfNodes::ConvertNode(int node, ImportedNode& target)
     const tinygltf::Node& source = document.model.nodes[static_cast<std::size_t>(node)];
     target.name = source.name;
     target.hidden = IsHidden(source);
-    if (target.hidden)
-        report.CountLeftOut("hidden node, which the file shows", "hidden nodes, which the file shows");
     try {
         target.matrix = LocalTransform(source);
     } catch (const ImportError& error) {

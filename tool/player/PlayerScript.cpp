@@ -98,7 +98,7 @@ public:
                 {"clips", std::move(clips)}};
     }
 
-    [[nodiscard]] std::size_t StatesWithPictures() const { return statesWithPictures; }
+    [[nodiscard]] std::size_t OtherPictures() const { return otherPictures; }
 
 private:
     static bool Changes(const ordered_json& clip)
@@ -126,15 +126,13 @@ private:
         ordered_json states = ordered_json::array();
         for (const auto& [ordinal, replacements] : input.mapper.sceneStateMaterials) {
             std::vector<std::size_t> looks; // material, look, material, look ...
-            bool hasPictures = false;
             for (const auto& [replaced, replacement] : replacements) {
                 const auto position = materials.PositionOf(replaced);
                 if (!position)
                     continue;
                 looks.insert(looks.end(), {*position, materials.AddLook(materials.LookOf(replacement))});
-                hasPictures = hasPictures || materials.PicturesDiffer(replaced, replacement);
+                otherPictures += materials.PicturesDiffer(replaced, replacement) ? 1U : 0U;
             }
-            statesWithPictures += hasPictures ? 1 : 0;
             const auto place = static_cast<std::size_t>(ordinal);
             const std::string name = place < input.facts.sceneStates.size() ? input.facts.sceneStates[place] : "";
             states.push_back({{"name", name}, {"looks", std::move(looks)}});
@@ -269,7 +267,7 @@ private:
     DrivenMaterials materials;
     double sceneSize;
     bool hasMovingNodes = false;
-    std::size_t statesWithPictures = 0;
+    std::size_t otherPictures = 0;
     std::vector<ordered_json> clips;
     ordered_json sequences = ordered_json::array();
 };
@@ -281,7 +279,7 @@ PlayerScript MakePlayerScript(const PlayerInput& input)
     PlayerScript script;
     DataMaker maker(input);
     const ordered_json data = maker.Make();
-    script.statesWithPictures = maker.StatesWithPictures();
+    script.otherPictures = maker.OtherPictures();
     if (data.is_null())
         return script;
     constexpr bool asciiOnly = true;

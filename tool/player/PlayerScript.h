@@ -37,9 +37,10 @@ struct PlayerInput
 
 struct PlayerScript
 {
-    std::string text;                   ///< ASCII, ECMAScript 3; empty when there is nothing to drive
-    bool moves = false;                 ///< there is something to play
-    std::size_t statesWithPictures = 0; ///< scene states that show other pictures, which the player does not do
+    std::string text;   ///< ASCII, ECMAScript 3; empty when there is nothing to drive
+    bool moves = false; ///< there is something to play
+    std::size_t otherPictures =
+        0; ///< materials of scene states that differ in their picture: the player shows no other
 };
 
 /// Makes the script that plays a scene inside a viewer: node motion, material animation, scene states, sequences, the

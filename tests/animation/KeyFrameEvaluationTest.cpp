@@ -46,23 +46,6 @@ TEST_F(KeyFrameEvaluation, ShowsADataInsideAndHoldsItOutside)
     EXPECT_EQ(stored->ReferenceCount(), 2);
 }
 
-TEST_F(KeyFrameEvaluation, BlendsTransformsWithTheModesThatFaceTheGap)
-{
-    const COrvelPtr<Plain> first = StorePlain(0, 0, Shift(2, 0, 0));
-    const COrvelPtr<Plain> second = StorePlain(10, 10, Shift(3, 0, 0));
-    first->SetEaseIn(3);
-    second->SetEaseOut(3);
-    EXPECT_TRUE(PlaceAt(5).IsNear(Shift(2.5, 0, 0), 1e-12)) << "modes that face away count for nothing";
-    EXPECT_EQ(PlaceAt(10), Shift(3, 0, 0));
-    EXPECT_EQ(StateAt<Plain>(id, 5)->WorkingFrame(), 5);
-    second->SetEaseIn(2);
-    EXPECT_NEAR(PlaceAt(1).M(0, 3), 2.1, 1e-12) << "1 - 45 / 50";
-    EXPECT_NEAR(PlaceAt(5).M(0, 3), 2.7, 1e-12) << "1 - 15 / 50";
-    first->SetEaseOut(1);
-    EXPECT_NEAR(PlaceAt(5).M(0, 3), 2.6, 1e-12);
-    EXPECT_NEAR(PlaceAt(6).M(0, 3), 2.6, 1e-12);
-}
-
 TEST_F(KeyFrameEvaluation, BlendsAboutThePivotOfTheDataStoredLater)
 {
     // Half a turn about a pivot leaves the pivot where it is.

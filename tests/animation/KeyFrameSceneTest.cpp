@@ -119,20 +119,6 @@ TEST_F(KeyFrameScene, SetsLights)
     EXPECT_FALSE(data->IsApplicable());
 }
 
-TEST_F(KeyFrameScene, HidesAndShowsNodes)
-{
-    COrvelSceneNode* const node = COrvelSceneNode::Create(&document, "wheel");
-    COrvelSceneNode* const parent = COrvelSceneNode::Create(&document, "car");
-    parent->AddChild(node);
-    const COrvelPtr<HideShow> data(HideShow::CreateHideShowKeyFrameData(node->ID(), true));
-    for (const bool hidden : {true, true, false}) {
-        data->SetHidden(hidden);
-        data->ApplyToEntity();
-        EXPECT_EQ(node->IsHidden(), hidden);
-        EXPECT_FALSE(parent->IsHidden());
-    }
-}
-
 TEST_F(KeyFrameScene, SetsMorphWeights)
 {
     COrvelGeometry* const smile = COrvelGeometry::Create(&document);

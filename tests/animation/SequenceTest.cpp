@@ -258,6 +258,8 @@ TEST_F(Sequences, AskForTheirInsertionIntoTheTimeline)
     EXPECT_THAT(message.Find<COrvelString>(names[2].c_str()), testing::Pointee(COrvelString("walk")));
     EXPECT_THAT(message.Find<double>(names[3].c_str()), testing::Pointee(2.5));
     EXPECT_THAT(message.Find<bool>(names[4].c_str()), testing::Pointee(true));
+    EXPECT_EQ(message.Find<int>(names[3].c_str()), nullptr) << "of another type";
+    EXPECT_EQ(message.Find<double>("none"), nullptr);
 }
 
 } // namespace

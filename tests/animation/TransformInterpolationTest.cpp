@@ -48,12 +48,6 @@ TEST(TransformInterpolation, MeetsBothEndsStaysForEqualOnesAndRunsBackwardsAlike
     }
 }
 
-TEST(TransformInterpolation, KeepsRotationsRotationsOnTheShorterWay)
-{
-    EXPECT_TRUE(
-        InterpolateDecomposed({}, Turn(350 / 180.0 * M_PI, 0, 0, 1), 0.5).IsNear(Turn(-M_PI / 36, 0, 0, 1), 1e-12));
-}
-
 TEST(TransformInterpolation, SurvivesSingularAndMirroredMatrices)
 {
     const COrvelMatrix matrices[] = {COrvelMatrix::CreateScalling({1, 2, 0}), COrvelMatrix::CreateScalling({1, -2, 3}),

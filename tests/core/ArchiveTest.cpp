@@ -135,7 +135,10 @@ TEST(Archive, TranslatesTheIdsThatItReadsWhileTheReadingModeIsOn)
 {
     COrvelID old(64, 1000001);
     const COrvelID fresh(64, 1000002);
-    COrvelDocumentsContainer::DocumentsContainer()->AddTranslatedID(old, fresh);
+    COrvelUUID guid;
+    guid.Generate();
+    COrvelDocumentsContainer* const container = COrvelDocumentsContainer::DocumentsContainer();
+    container->AddTranslatedID(old, fresh);
     COrvelArchiveWriter writer;
     const auto readAgain = [&writer] {
         COrvelID read;
@@ -153,6 +156,12 @@ TEST(Archive, TranslatesTheIdsThatItReadsWhileTheReadingModeIsOn)
         EXPECT_EQ(readAgain(), fresh) << "an inner record does not switch it off";
     }
     EXPECT_EQ(readAgain(), old);
+    container->AddReplacedUUID(guid, guid);
+    container->ClearReplacements();
+    const COrvelIDReadingScope scope;
+    EXPECT_EQ(readAgain(), old);
+    EXPECT_FALSE(container->ReplacedUUID(guid).IsValid());
+    EXPECT_TRUE(container->GetLinePathIDFor(17).IsDefault());
 }
 
 class ArchiveFile : public testing::Test

@@ -103,19 +103,6 @@ TEST(BasicPath, CarriesItsSecondDirectionWithoutTurningIt)
     }
 }
 
-TEST(BasicPath, KeepsAFlatCurvesSecondDirectionOnOneSide)
-{
-    // An S in the plane z = 0: a normal made from the curvature changes sides in the middle.
-    const COrvelBasicPath path = COrvelBasicPath::BSpline({{0, 0, 0}, {5, 0, 0}, {5, 5, 0}, {10, 5, 0}}, 3, false);
-    const double height = path.SecondDirection(0.0, 0).Z();
-    const COrvel3DVertex left(0, 0, 1);
-    const double leftness = left.Cross(path.FirstDirection(0.0, 0)).Dot(path.SecondDirection(0.0, 0));
-    for (double u = 0.0; u <= 1.0; u += 0.05) {
-        EXPECT_NEAR(path.SecondDirection(u, 0).Z(), height, 1e-12) << u;
-        EXPECT_NEAR(left.Cross(path.FirstDirection(u, 0)).Dot(path.SecondDirection(u, 0)), leftness, 1e-12) << u;
-    }
-}
-
 TEST(BasicPath, ComesRoundToTheFrameThatItStartedWith)
 {
     const Points twisted = {{6, 0, 2}, {0, 6, -3}, {-6, 0, 4}, {0, -6, 0}, {3, -3, 7}};

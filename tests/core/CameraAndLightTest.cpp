@@ -5,7 +5,6 @@
 #include "platform/core/COrvelDocument.h"
 #include "platform/core/COrvelLight.h"
 #include "platform/core/COrvelLightSource.h"
-#include "platform/core/COrvelLinePath.h"
 #include "platform/core/COrvelTransform.h"
 #include "tests/core/ValueTestHelpers.h"
 
@@ -154,18 +153,6 @@ TEST(Light, KnowsItsSourcesAndKeepsItsNameWhenItTakesOtherValues)
     light->LoadBasicLight(nullptr, false);
     EXPECT_EQ(light->BasicLight()->KindName(), lamp.KindName());
     EXPECT_EQ(light->Name(), "sun");
-}
-
-TEST(LinePath, CarriesACurveOrNone)
-{
-    COrvelDocument document;
-    COrvelLinePath* const path = COrvelLinePath::Create(&document, "path");
-    EXPECT_EQ(path->BasicPath(), nullptr);
-    path->SetBasicPath(COrvelBasicPath::Polyline({{0, 0, 0}, {10, 0, 0}}, false));
-    ASSERT_NE(path->BasicPath(), nullptr);
-    EXPECT_NEAR(path->BasicPath()->Point(0.3, 0).X(), 3, 1e-12);
-    path->RemoveBasicPath();
-    EXPECT_EQ(path->BasicPath(), nullptr);
 }
 
 } // namespace

@@ -4,14 +4,11 @@
 #include "platform/core/COrvelGeometry.h"
 #include "platform/core/COrvelMorphingTable.h"
 #include "platform/core/COrvelPolygonsTable.h"
-#include "platform/core/COrvelTablesCreator.h"
 #include "platform/core/COrvelTextureCoordinatesTable.h"
 #include "platform/core/COrvelVerticiesNormalsTable.h"
 #include "platform/core/COrvelVerticiesTable.h"
 
 #include <gmock/gmock.h>
-
-#include <memory>
 
 namespace Orvel
 {
@@ -86,20 +83,6 @@ TEST(PolygonsTable, HoldsPolygonsOfMixedSizes)
     COrvelPolygonsTable* const largeFirst = COrvelPolygonsTable::Create(&document);
     EXPECT_TRUE(largeFirst->Add(Corners{0, 1, 2, 3}));
     EXPECT_THAT(PolygonsOf(*largeFirst), ElementsAre(ElementsAre(0, 1, 2, 3)));
-}
-
-TEST(VectorsTable, TakesOverABasicTableAndLeavesItToItsOwner)
-{
-    COrvelDocument document;
-    COrvelVerticiesTable* const table = COrvelVerticiesTable::Create(&document, {1, 2, 3});
-    std::unique_ptr<COrvelBasicVectorsTable> basic(COrvelTablesCreator::CreateVectorsTable());
-    basic->Add(COrvel3DVertex(5, 7, 11));
-    basic->Add(COrvel3DVertex(13, 17, 19));
-    table->ReplaceBasicTable(basic.get());
-    basic.reset();
-    EXPECT_THAT(table->Values(), ElementsAre(5, 7, 11, 13, 17, 19));
-    table->ReplaceBasicTable(nullptr);
-    EXPECT_EQ(table->Count(), 2u);
 }
 
 TEST(BasicVectorsTable, LeavesItsCopiesAloneWhenItChanges)

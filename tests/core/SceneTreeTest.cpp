@@ -3,7 +3,6 @@
 #include "platform/core/COrvelLightSource.h"
 #include "platform/core/COrvelNodeVisitor.h"
 #include "platform/core/COrvelSceneNode.h"
-#include "platform/core/COrvelSkeletonJoint.h"
 #include "platform/core/COrvelTransform.h"
 #include "tests/core/ValueTestHelpers.h"
 
@@ -99,16 +98,6 @@ TEST_F(SceneTree, MovesNodesBetweenParentsAndRoots)
     EXPECT_THAT(ChildrenOf(left), ElementsAre(root));
 }
 
-TEST_F(SceneTree, KnowsAncestors)
-{
-    EXPECT_TRUE(leaf->IsChildOf(root, false));
-    EXPECT_FALSE(leaf->IsChildOf(right, true));
-    EXPECT_FALSE(leaf->IsChildOf(leaf, false));
-    EXPECT_TRUE(leaf->IsChildOf(leaf, true));
-    EXPECT_FALSE(root->IsChildOf(leaf, true));
-    EXPECT_FALSE(root->IsChildOf(nullptr, true));
-}
-
 TEST_F(SceneTree, WorldMatrixIsTheProductAlongTheRootFirstPath)
 {
     // Shifts alone would not notice a wrong order: the root is turned a quarter about z.
@@ -173,25 +162,6 @@ TEST_F(SceneTree, SelectedTreesAreTheLowerEndsOfThePaths)
     EXPECT_FALSE(leaf->IsHidden()) << "it is the node's own mark";
     left->UnHide();
     EXPECT_FALSE(left->IsHidden());
-}
-
-TEST_F(SceneTree, JointsFindTheirSkeleton)
-{
-    COrvelSkeletonJoint* const hip = COrvelSkeletonJoint::Create(&document, "hip", eJointType_Root);
-    COrvelSkeletonJoint* const knee = COrvelSkeletonJoint::Create(&document, "knee");
-    COrvelSkeletonJoint* const stray = COrvelSkeletonJoint::Create(&document, "stray");
-    left->AddChild(hip);
-    hip->AddChild(knee);
-    knee->AddChild(leaf);
-    right->AddChild(stray);
-
-    EXPECT_EQ(leaf->GetNearestJointParent(), knee);
-    EXPECT_EQ(knee->GetNearestJointParent(), knee) << "a joint is its own nearest";
-    EXPECT_EQ(left->GetNearestJointParent(), nullptr);
-    EXPECT_EQ(knee->FindSkeletonRoot(), hip);
-    EXPECT_EQ(hip->FindSkeletonRoot(), hip);
-    EXPECT_EQ(stray->FindSkeletonRoot(), nullptr);
-    EXPECT_EQ(hip->GetJointType(), 1);
 }
 
 class RecordingVisitor final : public COrvelNodeVisitor

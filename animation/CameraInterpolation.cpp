@@ -29,7 +29,8 @@ COrvelBasicCamera InterpolateCameraGap(const COrvelBasicCamera& first, const COr
 {
     if (from == to)
         return first;
-    return InterpolateCameras(first, second, EaseFraction(to - from, frame - from, outMode, inMode));
+    const std::int64_t start = from;
+    return InterpolateCameras(first, second, EaseFraction(to - start, frame - start, outMode, inMode));
 }
 
 } // namespace Orvel

@@ -57,24 +57,24 @@ bool EasingApplies(int outMode, int inMode)
     return StartsSlowly(outMode) || EndsSlowly(inMode);
 }
 
-double EaseFraction(int frames, int elapsed, int outMode, int inMode)
+double EaseFraction(std::int64_t frames, std::int64_t elapsed, int outMode, int inMode)
 {
-    const double n = frames;
-    const double k = elapsed;
+    const auto n = static_cast<double>(frames);
+    const auto k = static_cast<double>(elapsed);
     if (!EasingApplies(outMode, inMode))
         return k / n;
     // Acceleration ends and deceleration begins at the same step: there is no phase of constant speed between them.
-    int turn = frames;
+    std::int64_t turn = frames;
     if (EndsSlowly(inMode))
         turn = StartsSlowly(outMode) ? frames / 2 : 0;
     if (elapsed <= turn)
-        return SumUpTo(k) * Quotient(2.0, n * turn);
-    return 1.0 - SumUpTo(n - k) * Quotient(2.0, n * (n - turn));
+        return SumUpTo(k) * Quotient(2.0, n * static_cast<double>(turn));
+    return 1.0 - SumUpTo(n - k) * Quotient(2.0, n * (n - static_cast<double>(turn)));
 }
 
 double GapFraction(int frame, int from, int to, int outMode, int inMode)
 {
-    const auto [low, high] = std::minmax(from, to);
+    const auto [low, high] = std::minmax({std::int64_t{from}, std::int64_t{to}});
     if (frame >= high)
         return 1.0;
     if (frame <= low)

@@ -3,6 +3,8 @@
 #include "animation/Export.h"
 #include "platform/core/COrvel3DVertex.h"
 
+#include <cstdint>
+
 namespace Orvel
 {
 
@@ -28,9 +30,10 @@ namespace Orvel
 /// The steps follow discrete constant acceleration: step k is k times the first one. With a slow start alone the curve
 /// would end at (frames + 1) / frames; callers return the end state there instead of asking.
 ///
-/// @param frames  length of the gap, at least 1.
+/// @param frames  length of the gap, at least 1; frames anywhere in the range of int may lie at its ends.
 /// @param elapsed 0 to frames.
-[[nodiscard]] ORVEL_ANIMATION_API double EaseFraction(int frames, int elapsed, int outMode, int inMode);
+[[nodiscard]] ORVEL_ANIMATION_API double EaseFraction(std::int64_t frames, std::int64_t elapsed, int outMode,
+                                                      int inMode);
 
 /// Part of the way done at `frame` between two frames: 0 at and before the smaller one, 1 at and behind the larger one,
 /// eased between them when EasingApplies, else linear.

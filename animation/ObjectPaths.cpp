@@ -25,7 +25,7 @@ PathFrame FrameAt(const COrvelBasicPath& path, double u, const COrvelMatrix& wor
 double PathParameter(const MotionStep& motion, bool closed)
 {
     const int extra = closed ? 1 : 0;
-    const int steps = motion.frames + extra - 1;
+    const int steps = motion.frames - 1 + extra;
     if (steps <= 0)
         return TrapezoidFraction(0.0, 0.0, 0.0);
     const double length = steps;

@@ -52,6 +52,10 @@ TEST(Easing, NeverTurnsBackAndEndsExactlyInAGap)
             EXPECT_EQ(EaseScalar(0.3, 0.7, 3, 3, 3 + frames, out, in), 0.3);
             EXPECT_EQ(EaseScalar(0.3, 0.7, 99999, 3 + frames, 3, out, in), 0.7) << "the ends may stand reversed";
         }
+        // The longest gap that there can be.
+        constexpr int first = std::numeric_limits<int>::min();
+        constexpr int last = std::numeric_limits<int>::max();
+        EXPECT_NEAR(GapFraction(0, first, last, out, in), EaseFraction(2048, 1024, out, in), 1e-3);
     }
 }
 

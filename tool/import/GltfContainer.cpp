@@ -2,6 +2,7 @@
 
 #include "tool/import/FileEnding.h"
 #include "tool/import/GltfReader.h"
+#include "tool/import/JsonDepth.h"
 
 #include <nlohmann/json.hpp>
 
@@ -24,7 +25,6 @@ namespace
 
 static_assert(std::endian::native == std::endian::little, "glTF numbers are read as they lie in the file");
 
-constexpr std::size_t DeepestJson = 256;
 constexpr std::size_t HeaderSize = 12;
 constexpr std::size_t ChunkHeaderSize = 8;
 constexpr std::string_view BinaryMagic = "glTF";
@@ -42,24 +42,6 @@ std::uint32_t Word(std::span<const std::byte> bytes, std::size_t offset)
 std::string_view AsText(std::span<const std::byte> bytes)
 {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
-/// Parsers of the JSON text and of its values call themselves for each level, so the depth is known before they run.
-void CheckDepth(std::string_view text)
-{
-    std::size_t depth = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        if (c == '"') {
-            for (++i; i < text.size() && text[i] != '"'; ++i)
-                if (text[i] == '\\')
-                    ++i;
-        } else if (c == '{' || c == '[') {
-            if (++depth > DeepestJson)
-                throw ImportError("the JSON text is nested more than " + std::to_string(DeepestJson) + " levels deep");
-        } else if ((c == '}' || c == ']') && depth > 0)
-            --depth;
-    }
 }
 
 /// Finds what tells glTF versions apart, and stops the parser as soon as it is known.
@@ -204,7 +186,7 @@ GltfContainer::GltfContainer(const std::filesystem::path& file)
         text.remove_prefix(ByteOrderMark.size());
     while (!text.empty() && (text.back() == '\0' || text.back() == ' '))
         text.remove_suffix(1);
-    CheckDepth(text);
+    CheckJsonDepth(text);
 }
 
 void GltfContainer::SplitBinary()

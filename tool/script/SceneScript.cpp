@@ -1,5 +1,6 @@
 #include "tool/script/SceneScript.h"
 
+#include "tool/import/JsonDepth.h"
 #include "tool/script/SchemaCheck.h"
 
 #include <fstream>
@@ -145,9 +146,14 @@ SceneScript ParseScript(std::string_view text)
 {
     json script;
     try {
+        Import::CheckJsonDepth(text);
         script = json::parse(text);
     } catch (const json::parse_error& error) {
         Refuse("", "no JSON from byte " + std::to_string(error.byte) + " on");
+    } catch (const Import::ImportError& error) {
+        Refuse("", error.what());
+    } catch (const json::out_of_range&) {
+        Refuse("", "a number is too large");
     }
     static const json schema = json::parse(ScriptSchema());
     if (const auto fault = FindSchemaFault(script, schema))

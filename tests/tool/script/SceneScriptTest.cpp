@@ -40,6 +40,7 @@ TEST(SceneScript, TellsWhereItBreaksTheSchema)
     const std::pair<const char*, const char*> cases[]{
         {"{", ": no JSON from byte 2 on"},
         {"[]", ": this must be an object, not []"},
+        {R"({"turning": 1e999})", ": a number is too large"},
         {R"({"cameras": {}})", " at /cameras: there is no such member here"},
         {R"({"camera": {}})", R"( at /camera: member "moves" is missing)"},
         {R"({"camera": {"moves": []}})", " at /camera/moves: this must have 1 or more elements, not 0"},
@@ -62,6 +63,7 @@ TEST(SceneScript, TellsWhereItBreaksTheSchema)
     };
     for (const auto& [script, fault] : cases)
         EXPECT_EQ(FaultOf(script), std::string("in the scene script") + fault) << script;
+    EXPECT_THAT(FaultOf(R"({"turning": )" + std::string(3'000'000, '[')), HasSubstr("256 levels deep"));
 }
 
 /// A scene with a triangle in a material "paint" at "arm/hand" and an empty "hand" beside it.

@@ -179,7 +179,8 @@ TEST(MaterialArchive, ReadsAnUnknownKindByItsDescription)
 
     for (std::size_t cut = 0; cut < bytes.size(); ++cut) {
         COrvelArchiveReader truncated(bytes.first(cut));
-        EXPECT_FALSE(truncated.ReadWrite(description) && general.ReadDescribed(truncated, description)) << cut;
+        COrvelStructureDescription read;
+        EXPECT_FALSE(truncated.ReadWrite(read) && general.ReadDescribed(truncated, read)) << cut;
     }
 }
 

@@ -62,7 +62,7 @@ test("The script is ECMAScript 3 in ASCII", () => {
 
 const viewers = {
     "as documented": {},
-    "with nodes and suffixes of its own": { wrapper: "Model", suffix: ".17", strangerFirst: true },
+    "with nodes and suffixes of its own": { wrapper: "Units and axes", suffix: ".17", strangerFirst: true },
     "that takes matrices the other way round": { transposed: true },
     "whose cameras roll from x up, the other way round": { rollZero: [1, 0, 0], rollSign: -1, up: "point" },
     "that does not tell where up is": { up: "none" },
@@ -149,9 +149,11 @@ test("Play, pause and steps keep a clock of their own", () => {
 });
 
 test("States replace looks by name, hold against the animation, and give the looks back", () => {
-    const engine = open();
+    const engine = new Engine(player.scene);
     const page = engine.sandbox;
     const fist = engine.meshesAt("fist")[0].material;
+    fist.ambientColor.set(0.123, 0.456, 0.789); // the viewer's own idea of it
+    engine.run(player.script);
     assert.deepStrictEqual([...page.states3D()], ["Hiver \u00e9", "Ghost"]);
     engine.wait(0.5);
     assert.strictEqual(page.showState3D("Hiver \u00e9"), true);
@@ -168,13 +170,14 @@ test("States replace looks by name, hold against the animation, and give the loo
     assertFrame(engine, 6);
     page.stop3D();
     near(engine.diffuse("fist"), [1, 0, 0], 0, "no state, at rest");
+    near([fist.ambientColor.r, fist.ambientColor.g, fist.ambientColor.b], [0.123, 0.456, 0.789], 0, "as it was");
     assert.deepStrictEqual(engine.faults, []);
 });
 
 test("Sequences play by name from the rest pose", () => {
     const engine = open();
     const page = engine.sandbox;
-    assert.deepStrictEqual([...page.sequences3D()], ["swing", "jump"]);
+    assert.deepStrictEqual([...page.sequences3D()], ["swing", "jump", "grip"]);
     engine.wait(0.5);
     page.playSequence3D("jump");
     engine.wait(0.5);
@@ -182,6 +185,10 @@ test("Sequences play by name from the rest pose", () => {
     near(engine.place("bolt"), [2000, 0, 0], 0, "the other bolt");
     near(engine.place("fist"), fistAt(0), 0, "of another clip");
     near(engine.diffuse("fist"), [1, 0, 0], 0, "of another clip");
+    page.playSequence3D("grip");
+    engine.wait(0.2);
+    near(engine.place("fist"), fistAt(5), 3, "a piece of the timeline");
+    near(engine.diffuse("fist"), [coded(0.5), 0, coded(0.5)], 0.01, "a piece of the timeline");
     engine.choose("Play: swing");
     near(engine.place("bolt (2)"), [3000, 0, 0], 0, "back");
     engine.wait(0.4);

@@ -51,7 +51,7 @@ function robot() {
             { name: "fist", mesh: 0, translation: [1, 0, 0] },
             { name: "bolt", mesh: 1, translation: [2, 0, 0] },
             { name: "bolt", mesh: 2, translation: [3, 0, 0] },
-            { name: "cover", children: [8] },
+            { name: "Geh\u00e4use", children: [8] },
             { name: "dolly", children: [7] },
             { name: "view", camera: 0, translation: [0, 0, 10],
                 rotation: [0, 0, Math.sin(Math.PI / 12), Math.cos(Math.PI / 12)] },
@@ -82,7 +82,8 @@ function robot() {
 
 const robotScript = {
     states: [{ name: "Ghost", materials: [{ material: "paint", opacity: 0.25 }] }],
-    visibility: [{ node: "cover", visible: false }]
+    sequences: [{ name: "grip", from: 3, to: 8 }],
+    visibility: [{ node: "Geh\u00e4use", visible: false }]
 };
 
 /// Three nodes that turn once about z in a second: one grows meanwhile, one is a mirrored one, one shrinks to nothing.

@@ -8,6 +8,7 @@
 #include "platform/core/COrvelSceneNode.h"
 #include "platform/prcfile/PRCModel.h"
 #include "tool/animation/SceneExtent.h"
+#include "tool/import/DistinctNames.h"
 #include "tool/player/DrivenMaterials.h"
 #include "tool/player/FileTree.h"
 #include "tool/player/NodeList.h"
@@ -79,8 +80,9 @@ public:
         ordered_json hidden = HiddenNodes();
         ordered_json states = States();
         AddTimeline();
-        for (COrvelSequence* const sequence : input.sequences)
-            AddSequence(*sequence);
+        const std::vector<std::string> names = SequenceNames();
+        for (std::size_t i = 0; i < names.size(); ++i)
+            AddSequence(*input.sequences[i], names[i]);
         if (sequences.empty() && !Changes(clips.front()))
             clips.clear();
         if (hidden.empty() && states.empty() && clips.empty())
@@ -124,6 +126,7 @@ private:
     ordered_json States()
     {
         ordered_json states = ordered_json::array();
+        const std::vector<std::string> names = Import::DistinctNames(input.facts.sceneStates, "Variant");
         for (const auto& [ordinal, replacements] : input.mapper.sceneStateMaterials) {
             std::vector<std::size_t> looks; // material, look, material, look ...
             for (const auto& [replaced, replacement] : replacements) {
@@ -134,7 +137,7 @@ private:
                 otherPictures += materials.PicturesDiffer(replaced, replacement) ? 1U : 0U;
             }
             const auto place = static_cast<std::size_t>(ordinal);
-            const std::string name = place < input.facts.sceneStates.size() ? input.facts.sceneStates[place] : "";
+            const std::string name = place < names.size() ? names[place] : "";
             states.push_back({{"name", name}, {"looks", std::move(looks)}});
         }
         return states;
@@ -149,7 +152,15 @@ private:
         clips.push_back(std::move(clip));
     }
 
-    void AddSequence(COrvelSequence& sequence)
+    std::vector<std::string> SequenceNames() const
+    {
+        std::vector<std::string> names;
+        for (const COrvelSequence* const sequence : input.sequences)
+            names.push_back(sequence->Name().toStdString());
+        return Import::DistinctNames(std::move(names), "Sequence");
+    }
+
+    void AddSequence(COrvelSequence& sequence, const std::string& name)
     {
         ordered_json clip = ClipOf(sequence, sequence.LastFrame());
         const auto animation = input.mapper.materialSequenceAnimation.find(sequence.UUID().ToString());
@@ -164,7 +175,7 @@ private:
                 AddMaterialTrack(number, numbers, missing, sequence.LastFrame(), clip);
             }
         }
-        sequences.push_back({{"name", sequence.Name().toStdString()}, {"clip", AddClip(std::move(clip))}});
+        sequences.push_back({{"name", name}, {"clip", AddClip(std::move(clip))}});
     }
 
     /// The position of a clip that shows the same, or of this one.

@@ -31,24 +31,6 @@ function topOfScene() {
     return node;
 }
 
-// The node that stands for the file's root: viewers may put nodes of their own above it.
-function findRoot(name) {
-    var queue = [], i = 0, top = topOfScene(), mostLookedAt = 1000;
-    while (top) {
-        queue.push(top);
-        top = top.nextSibling;
-    }
-    for (i = 0; i < queue.length && i < mostLookedAt; i += 1) {
-        if (isNamed(queue[i], name)) {
-            return queue[i];
-        }
-        if (queue.length < mostLookedAt) {
-            queue = queue.concat(childrenOf(queue[i]));
-        }
-    }
-    return null;
-}
-
 // Children by name, with and without what may stand behind a last dot. Keys begin with a letter of our own, so that no
 // name meets a member that every object has.
 function namesOf(children) {
@@ -77,6 +59,27 @@ function childOf(family, place, name) {
     return family.names.exact["n" + name] || family.names.stem["n" + name] || null;
 }
 
+// The node that stands for the file's root: viewers may put nodes of their own above it, even with its name, which then
+// do not have the child that is listed next.
+function findRoot(list) {
+    var queue = [], i, top = topOfScene(), children, mostLookedAt = 1000;
+    while (top) {
+        queue.push(top);
+        top = top.nextSibling;
+    }
+    for (i = 0; i < queue.length && i < mostLookedAt; i += 1) {
+        children = childrenOf(queue[i]);
+        if (isNamed(queue[i], list.name[0]) &&
+                (list.name.length < 2 || childOf({ children: children, names: null }, list.place[1], list.name[1]))) {
+            return queue[i];
+        }
+        if (queue.length < mostLookedAt) {
+            queue = queue.concat(children);
+        }
+    }
+    return null;
+}
+
 // The nodes of the list, which names parents before their children; null for one that the scene does not have.
 function findNodes(list) {
     var found = [], families = [], missing = 0, i, parent, node;
@@ -84,7 +87,7 @@ function findNodes(list) {
         parent = list.parent[i];
         node = null;
         if (parent < 0) {
-            node = findRoot(list.name[i]);
+            node = findRoot(list);
         } else if (found[parent]) {
             families[parent] = families[parent] || { children: childrenOf(found[parent]), names: null };
             node = childOf(families[parent], list.place[i], list.name[i]);

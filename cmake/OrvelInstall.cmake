@@ -42,6 +42,9 @@ if(ORVEL_BUILD_TOOL)
         DESTINATION "${document_dir}" COMPONENT program)
     install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" DESTINATION "${document_dir}" COMPONENT program
         FILES_MATCHING PATTERN "*.md")
+    # The guide to batches tells how to use them.
+    install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/batch" DESTINATION "${document_dir}/examples" COMPONENT program
+        USE_SOURCE_PERMISSIONS)
     set(share "${PROJECT_BINARY_DIR}/share")
     install(FILES "${share}/orvelprc.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT program)
     install(FILES "${share}/orvelprc"

@@ -22,6 +22,8 @@ using Manual::OptionDescription;
 using Manual::ProgramDescription;
 using Manual::ValueKind;
 
+constexpr const char* PlainGroup = "Options";
+
 /// By the names that values have in the help.
 ValueKind KindOf(const std::string& valueName, const ValueHints& hints)
 {
@@ -41,6 +43,8 @@ OptionDescription DescribeOption(CLI::Option& option)
     for (const std::string& name : option.get_lnames())
         described.names.push_back("--" + name);
     described.description = option.get_description();
+    if (option.get_group() != PlainGroup)
+        described.group = option.get_group();
     if (option.get_items_expected_max() == 0)
         return described;
     ValueHints hints = HintsOf(option);

@@ -132,6 +132,19 @@ std::string OptionEntry(const OptionDescription& option)
     return ".TP\n" + tag + "\n" + Literal(option.description) + "\n";
 }
 
+std::string OptionEntries(const std::vector<OptionDescription>& options)
+{
+    std::string text;
+    std::string group;
+    for (const OptionDescription& option : options) {
+        if (option.group != group)
+            text += ".PP\n" + Bold(option.group) + "\n";
+        group = option.group;
+        text += OptionEntry(option);
+    }
+    return text;
+}
+
 std::string Usage(const ProgramDescription& program, const CommandDescription& command)
 {
     std::string usage = Bold(program.name + " " + command.name);
@@ -147,8 +160,7 @@ std::string CommandSection(const ProgramDescription& program, const CommandDescr
     std::string text = ".SS \"" + Usage(program, command) + "\"\n" + Literal(command.description) + ".\n";
     for (const OptionDescription& argument : command.arguments)
         text += OptionEntry(argument);
-    for (const OptionDescription& option : command.options)
-        text += OptionEntry(option);
+    text += OptionEntries(command.options);
     return text + NotesPage(command.notes).everything;
 }
 
@@ -179,8 +191,7 @@ std::string ManPage(const ProgramDescription& program)
     page += Bold(program.name) + " " + Bold("--help") + " | " + Bold("--version") + "\n";
     page += ".SH DESCRIPTION\n" + Literal(program.description) + "\n" + Surroundings;
     page += ".SH OPTIONS\n";
-    for (const OptionDescription& option : program.options)
-        page += OptionEntry(option);
+    page += OptionEntries(program.options);
     page += ".SH COMMANDS\n";
     for (const CommandDescription& command : program.commands)
         page += CommandSection(program, command);

@@ -27,6 +27,8 @@ struct OptionDescription
     /// In capitals, as in the help; empty for flags.
     std::string valueName;
     std::string description;
+    /// The heading that it stands under, with others; empty for the plain ones.
+    std::string group;
     ValueKind kind = ValueKind::None;
     bool repeatable = false;
     /// For ValueKind::Word.

@@ -12,16 +12,10 @@ const vm = require("node:vm");
 
 const identity = [1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1];
 
-function multiply(a, b) { // row vectors: a first
-    return identity.map((_, i) => [0, 1, 2, 3].reduce((sum, k) => sum + a[4 * (i >> 2) + k] * b[4 * k + (i & 3)], 0));
-}
-
 function transpose(m) {
     return m.map((_, i) => m[4 * (i & 3) + (i >> 2)]);
 }
 
-const sub = (a, b) => a.map((x, i) => x - b[i]);
-const dot = (a, b) => a.reduce((sum, x, i) => sum + x * b[i], 0);
 const cross = (a, b) => [0, 1, 2].map((i) => a[(i + 1) % 3] * b[(i + 2) % 3] - a[(i + 2) % 3] * b[(i + 1) % 3]);
 const unit = (a) => a.map((x) => x / Math.hypot(...a));
 
@@ -73,13 +67,13 @@ class Engine {
 
     makeClasses() {
         const engine = this;
-        const transposed = this.options.transposed;
+        this.matrices = new Map(); // from what the script sees to what is behind it
         class Vector3 {
             constructor(x = 0, y = 0, z = 0) {
                 const own = {
                     x, y, z,
                     set(v) {
-                        if (arguments.length !== 1 || !(v.x - v.y - v.z < Infinity)) {
+                        if (arguments.length !== 1 || !Number.isFinite(v.x + v.y + v.z)) {
                             engine.faults.push("Vector3.set takes a Vector3");
                         }
                         [own.x, own.y, own.z] = [v.x, v.y, v.z];
@@ -90,100 +84,88 @@ class Engine {
         }
         class Matrix4x4 {
             constructor() {
-                const own = {
-                    numbers: identity.slice(),
+                const behind = { numbers: identity.slice(), node: null };
+                const proxy = engine.strict("Matrix4x4", {
+                    get translation() { return new Vector3(...behind.numbers.slice(12, 15)); },
                     set(...given) {
-                        const source = engine.own.get(given[0]);
+                        const source = engine.matrices.get(given[0]);
                         const numbers = source ? source.numbers : Array.from(given.length === 16 ? given : given[0]);
                         if (numbers.length !== 16 || !numbers.every(Number.isFinite)) {
                             engine.faults.push("Matrix4x4.set(" + given + ")");
                         }
                         // Matrices copy as they are; only numbers from outside have an order.
-                        own.numbers = transposed && !source ? transpose(numbers) : numbers.slice();
-                        if (own.node) {
-                            engine.changes.push({ node: own.node.plainName, numbers: own.numbers });
+                        behind.numbers = engine.options.transposed && !source ? transpose(numbers) : numbers.slice();
+                        if (behind.node) {
+                            engine.changes.push({ node: behind.node });
                         }
                     }
-                };
-                Object.defineProperty(own, "translation", { get: () => new Vector3(...own.numbers.slice(12, 15)) });
-                const proxy = engine.strict("Matrix4x4", own);
-                engine.own.set(proxy, own);
+                });
+                engine.matrices.set(proxy, behind);
                 return proxy;
             }
         }
-        const handler = (kind, types) => class {
-            constructor() {
-                return engine.strict(kind, { kind, onEvent: undefined, ...types }, ["onEvent"]);
-            }
-        };
-        this.own = new Map();
-        return {
-            Vector3,
-            Matrix4x4,
-            TimeEventHandler: handler("TimeEventHandler"),
-            MenuEventHandler: handler("MenuEventHandler"),
-            ToolEventHandler: handler("ToolEventHandler")
-        };
-    }
-
-    color(material, channel, rgb) {
-        const own = {
-            r: rgb[0], g: rgb[1], b: rgb[2],
-            set: (r, g, b) => {
-                [own.r, own.g, own.b] = [r, g, b];
-                this.changes.push({ material, channel, rgb: [r, g, b] });
-            }
-        };
-        return this.strict("Color", own);
+        const classes = { Vector3, Matrix4x4 };
+        for (const kind of ["TimeEventHandler", "MenuEventHandler", "ToolEventHandler"]) {
+            classes[kind] = class {
+                constructor() {
+                    return engine.strict(kind, { kind, onEvent: undefined }, ["onEvent"]);
+                }
+            };
+        }
+        return classes;
     }
 
     makeMaterial(look, index) {
-        const own = { name: "material " + index };
-        for (const channel of ["ambientColor", "diffuseColor", "emissiveColor", "specularColor"]) {
-            own[channel] = this.color(index, channel, look[channel]);
-        }
+        const note = (channel) => this.changes.push({ material: index, channel });
         let opacity = look.opacity;
-        Object.defineProperty(own, "opacity", {
-            get: () => opacity,
-            set: (value) => {
+        const own = {
+            get opacity() { return opacity; },
+            set opacity(value) {
                 opacity = value;
-                this.changes.push({ material: index, channel: "opacity", value });
+                note("opacity");
             }
-        });
+        };
+        for (const channel of ["ambientColor", "diffuseColor", "emissiveColor", "specularColor"]) {
+            const [r, g, b] = look[channel];
+            const color = {
+                r, g, b,
+                set(...rgb) {
+                    [color.r, color.g, color.b] = rgb;
+                    note(channel);
+                }
+            };
+            own[channel] = this.strict("Color", color);
+        }
         return this.strict("Material", own, ["opacity"]);
     }
 
     makeNode(kind, name, parent, matrix) {
         const engine = this;
-        const transform = new this.classes.Matrix4x4();
-        const own = {
-            name: name + (name ? this.options.suffix : ""),
-            plainName: name,
-            parent: parent ? parent.proxy : null,
-            transform,
-            constructor: { name: kind }
-        };
-        if (matrix) {
-            this.own.get(transform).numbers = transpose(matrix);
-        }
-        this.own.get(transform).node = own;
-        const node = { own, children: [], parent };
+        const node = { name, kind, parent, children: [], visible: true, material: undefined };
         const family = parent ? parent.children : this.tops;
         const place = family.push(node) - 1;
-        Object.defineProperty(own, "firstChild", { get: () => node.children[0] && node.children[0].proxy });
-        Object.defineProperty(own, "nextSibling", {
-            get: () => family[place + 1] && family[place + 1].proxy
-        });
-        let visible = true;
-        Object.defineProperty(own, "visible", {
-            get: () => visible,
-            set: (value) => {
-                visible = value;
+        node.transform = new this.classes.Matrix4x4();
+        const behind = this.matrices.get(node.transform);
+        behind.node = name;
+        behind.numbers = matrix ? transpose(matrix) : behind.numbers;
+        const own = {
+            name: name + (name ? this.options.suffix : ""),
+            parent: parent ? parent.proxy : null,
+            transform: node.transform,
+            constructor: { name: kind },
+            get firstChild() { return node.children[0] && node.children[0].proxy; },
+            get nextSibling() { return family[place + 1] && family[place + 1].proxy; },
+            get visible() { return node.visible; },
+            set visible(value) {
+                node.visible = value;
                 if (kind !== "Mesh") {
                     engine.faults.push("sets visible of the group " + name);
                 }
             }
-        });
+        };
+        if (kind === "Mesh") {
+            Object.defineProperty(own, "material", { get: () => node.material });
+        }
         node.proxy = this.strict(kind, own, ["visible"]);
         this.nodes.push(node);
         return node;
@@ -195,35 +177,37 @@ class Engine {
             this.makeNode("Light", "light", node);
         }
         for (const style of given.meshes) {
-            this.makeNode("Mesh", "", node).own.material = this.materials[style];
+            this.makeNode("Mesh", "", node).material = this.materials[style];
         }
         given.children.forEach((child) => this.addFileNode(child, node));
     }
 
+    /// The direction that is up on the screen.
+    cameraUp() {
+        const { rollZero, rollSign } = this.options;
+        const { position, targetPosition, roll } = this.camera;
+        const sight = unit([targetPosition.x - position.x, targetPosition.y - position.y, targetPosition.z - position.z]);
+        const start = unit(cross(cross(sight, rollZero), sight));
+        const side = cross(sight, start);
+        return start.map((x, i) => x * Math.cos(rollSign * roll) + side[i] * Math.sin(rollSign * roll));
+    }
+
     makeCamera() {
         const engine = this;
-        const { rollZero, rollSign, up } = this.options;
-        const own = { position: new this.classes.Vector3(0, -10, 0), targetPosition: new this.classes.Vector3() };
-        Object.assign(own, { roll: 0, fov: 1, constructor: { name: "Camera" } });
-        const point = (v) => [v.x, v.y, v.z];
-        // The direction that is up on the screen.
-        this.cameraUp = () => {
-            const sight = unit(sub(point(own.targetPosition), point(own.position)));
-            const start = unit(cross(cross(sight, rollZero), sight));
-            const side = cross(sight, start);
-            const angle = rollSign * own.roll;
-            return start.map((x, i) => x * Math.cos(angle) + side[i] * Math.sin(angle));
-        };
-        this.camera = own;
-        Object.defineProperty(own, "up", {
-            get: () => {
-                const direction = engine.cameraUp();
-                const eye = point(own.position);
-                return up === "none" ? undefined
-                    : new this.classes.Vector3(...direction.map((x, i) => x + (up === "point" ? eye[i] : 0)));
+        const { Vector3 } = this.classes;
+        this.camera = {
+            position: new Vector3(0, -10, 0),
+            targetPosition: new Vector3(),
+            roll: 0,
+            fov: 1,
+            get up() {
+                const { x, y, z } = this.position;
+                const eye = engine.options.up === "point" ? [x, y, z] : [0, 0, 0];
+                return engine.options.up === "none" ? undefined
+                    : new Vector3(...engine.cameraUp().map((value, i) => value + eye[i]));
             }
-        });
-        return this.strict("Camera", own, ["roll", "fov"]);
+        };
+        return this.strict("Camera", this.camera, ["roll", "fov"]);
     }
 
     list(items) {
@@ -311,21 +295,21 @@ class Engine {
     }
 
     find(name) {
-        return this.nodes.find((node) => node.own.plainName === name);
+        return this.nodes.find((node) => node.name === name);
     }
 
     /// Where a point of a node's own space is in the world.
     place(name, point = [0, 0, 0]) {
         let p = [...point, 1];
         for (let node = this.find(name); node; node = node.parent) {
-            const m = this.own.get(node.own.transform).numbers;
+            const m = this.matrices.get(node.transform).numbers;
             p = [0, 1, 2, 3].map((k) => p[0] * m[k] + p[1] * m[4 + k] + p[2] * m[8 + k] + p[3] * m[12 + k]);
         }
         return p.slice(0, 3);
     }
 
     meshesAt(name) {
-        const below = (node) => (node.own.constructor.name === "Mesh" ? [node.own] : node.children.flatMap(below));
+        const below = (node) => (node.kind === "Mesh" ? [node] : node.children.flatMap(below));
         return below(this.find(name));
     }
 

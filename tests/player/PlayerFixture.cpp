@@ -42,20 +42,23 @@ json MaterialOf(const prc::Model::Globals& globals, std::uint32_t style)
             {"specularColor", globals.colours[material.specular]}};
 }
 
-void WriteSceneJson(const prc::Model::PRCModel& model, const std::string& file)
+/// C2W of the view that is shown first.
+json FirstView(QPDFObjectHandle annotation)
+{
+    json numbers = json::array();
+    for (QPDFObjectHandle number : annotation.getKey("/3DV").getKey("/C2W").aitems())
+        numbers.push_back(number.getNumericValue());
+    return numbers;
+}
+
+json SceneOf(const prc::Model::PRCModel& model)
 {
     const prc::Model::OccurrenceReference& root = model.roots.front();
     const prc::Model::FileStructure& structure = model.structures[root.structure];
     json scene{{"root", NodeOf(structure, root.occurrence)}, {"materials", json::array()}};
     for (std::uint32_t style = 0; style < structure.globals.styles.size(); ++style)
         scene["materials"].push_back(MaterialOf(structure.globals, style));
-    std::ofstream(file) << scene;
-}
-
-/// What the first annotation of the first page shows.
-QPDFObjectHandle ModelStream(QPDF& pdf)
-{
-    return QPDFPageDocumentHelper(pdf).getAllPages().at(0).getAnnotations("/3D").at(0).getObjectHandle().getKey("/3DD");
+    return scene;
 }
 
 } // namespace
@@ -65,9 +68,13 @@ int main(int, char** arguments)
     const std::string folder = arguments[2];
     QPDF pdf;
     pdf.processFile(arguments[1]);
-    QPDFObjectHandle stream = ModelStream(pdf);
+    QPDFObjectHandle annotation =
+        QPDFPageDocumentHelper(pdf).getAllPages().at(0).getAnnotations("/3D").at(0).getObjectHandle();
+    QPDFObjectHandle stream = annotation.getKey("/3DD");
     const auto model = stream.getStreamData(qpdf_dl_all);
-    WriteSceneJson(prc::readPRC({model->getBuffer(), model->getSize()}), folder + "/scene.json");
+    json scene = SceneOf(prc::readPRC({model->getBuffer(), model->getSize()}));
+    scene["view"] = FirstView(annotation);
+    std::ofstream(folder + "/scene.json") << scene;
     const auto script = stream.getDict().getKey("/OnInstantiate").getStreamData(qpdf_dl_all);
     std::ofstream(folder + "/script.js") << std::string(reinterpret_cast<char*>(script->getBuffer()),
                                                         script->getSize());

@@ -14,13 +14,13 @@ const folder = fs.mkdtempSync(path.join(os.tmpdir(), "player-"));
 after(() => fs.rmSync(folder, { recursive: true }));
 
 /// The script that the program makes of a scene, and the scene as it stands in the file.
-function makePlayer(name, scene, script) {
+function makePlayer(name, scene, script, ...options) {
     const own = path.join(folder, name);
     fs.mkdirSync(own);
     fs.writeFileSync(path.join(own, "scene.gltf"), JSON.stringify(scene));
     fs.writeFileSync(path.join(own, "script.json"), JSON.stringify(script));
     execFileSync(process.env.ORVELPRC, ["export", "scene.gltf", "-o", "out.pdf", "--script", "script.json", "--fps", "10",
-        "--strict", "--quiet"], { cwd: own });
+        "--strict", "--quiet", ...options], { cwd: own });
     execFileSync(process.env.PLAYER_FIXTURE, [path.join(own, "out.pdf"), own]);
     const read = (file) => fs.readFileSync(path.join(own, file), "utf8");
     return { script: read("script.js"), scene: JSON.parse(read("scene.json")) };
@@ -83,8 +83,11 @@ for (const [name, options] of Object.entries(viewers)) {
 }
 
 test("Nodes that grow, are mirrored or shrink to nothing turn as they should", () => {
-    const { script, scene } = makePlayer("turners", turners(), {});
+    const { script, scene } = makePlayer("turners", turners(), {}, "--no-autoplay");
     const engine = new Engine(scene).run(script);
+    engine.wait(0.1);
+    assert.strictEqual(engine.updates, 0, "nothing moves before it is asked to");
+    engine.sandbox.play3D();
     const turned = (angle, [x, y, z]) => // millimetres, z up
         [x * Math.cos(angle) - y * Math.sin(angle), -z, x * Math.sin(angle) + y * Math.cos(angle)].map((v) => 1000 * v);
     for (let frame = 1; frame <= 10; frame += 1) {
@@ -194,6 +197,14 @@ test("Sequences play by name from the rest pose", () => {
     engine.wait(0.4);
     assertFrame(engine, 4);
     assert.deepStrictEqual(engine.faults, []);
+});
+
+test("The flight begins where the picture was taken", () => {
+    const engine = open();
+    engine.sandbox.showFrame3D(0);
+    const { x, y, z } = engine.camera.position;
+    near(player.scene.view.slice(9), [x, y, z], 2, "eye");
+    near(player.scene.view.slice(3, 6), engine.cameraUp(), 0.002, "up");
 });
 
 test("The camera can be let go of", () => {

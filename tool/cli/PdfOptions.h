@@ -49,8 +49,9 @@ struct PdfOptions
     bool toolbar = true;
     bool modelTree = false;
     bool buttons = false;
-    std::string description;  ///< for who cannot see the model; empty: made of the title
-    double posterDpi = 150.0; ///< pixels of the picture per inch
+    bool startsPlaying = true; ///< what moves, as soon as the model is live
+    std::string description;   ///< for who cannot see the model; empty: made of the title
+    double posterDpi = 150.0;  ///< pixels of the picture per inch
 };
 
 } // namespace Orvel::Cli

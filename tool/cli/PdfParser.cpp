@@ -242,6 +242,9 @@ void AddLookOptions(CLI::App& command, PdfOptions& options)
         ->type_name("MODE");
     command.add_flag_callback(
         "--no-toolbar", [&options] { options.toolbar = false; }, "Hide the reader's 3D toolbar at first");
+    command.add_flag_callback(
+        "--no-autoplay", [&options] { options.startsPlaying = false; },
+        "Play what moves only when the reader asks for it");
     command.add_flag("--model-tree", options.modelTree, "Show the reader's model tree at first");
     command
         .add_option_function<std::string>("--description", KeepOneLine(options.description),

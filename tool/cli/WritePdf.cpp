@@ -43,6 +43,7 @@ struct PdfModel
     double unitInMillimetres = 1.0;
     std::string script; ///< see Pdf::Artwork
     bool plays = false;
+    std::string flight; ///< see MakeViews
 };
 
 std::span<const std::uint8_t> BytesOf(const Import::MappedFile& file)
@@ -57,7 +58,10 @@ struct ViewList
     std::size_t first = 0;
 };
 
-ViewList MakeViews(const PdfOptions& options, const ShownModel& shown, double aspect)
+/// @param flight name of the view at which a flight of the camera begins, when it begins with the live model: the
+/// picture
+///               shows the same. Empty: none.
+ViewList MakeViews(const PdfOptions& options, const ShownModel& shown, double aspect, const std::string& flight)
 {
     ViewList list;
     const auto add = [&](const std::string& name) { list.views.push_back(ViewNamed(name, aspect, shown)); };
@@ -73,8 +77,9 @@ ViewList MakeViews(const PdfOptions& options, const ShownModel& shown, double as
     } else {
         std::ranges::for_each(options.views, add);
     }
-    if (!options.view.empty()) {
-        const Views::View wanted = ViewNamed(options.view, aspect, shown);
+    const std::string& first = options.view.empty() && options.views.empty() ? flight : options.view;
+    if (!first.empty()) {
+        const Views::View wanted = ViewNamed(first, aspect, shown);
         auto found = std::ranges::find(list.views, wanted.name, &Views::View::name);
         if (found == list.views.end())
             found = list.views.insert(list.views.begin(), wanted);
@@ -180,7 +185,7 @@ std::vector<std::string> WritePdf(Pdf::PdfSheet& sheet, PdfModel model, const Ex
 {
     const PdfOptions& pdf = *options.pdf;
     const double aspect = sheet.ModelWidth() / sheet.ModelHeight();
-    const Pdf::Artwork artwork = MakeArtwork(model, MakeViews(pdf, model.shown, aspect), options);
+    const Pdf::Artwork artwork = MakeArtwork(model, MakeViews(pdf, model.shown, aspect, model.flight), options);
     reporter.Stage("taking the picture");
     const Pdf::Poster poster = TakePoster(model, artwork, sheet, pdf.posterDpi);
     model.shown.scene = {};
@@ -200,14 +205,35 @@ std::vector<std::string> WritePdf(Pdf::PdfSheet& sheet, PdfModel model, const Ex
     return names;
 }
 
+/// The view at which the flight of the camera begins takes the place of the camera's own, or joins the views.
+void AddFlight(const AnimatedRun& run, PdfModel& pdfModel)
+{
+    if (run.mapper.cameraAnimation.empty())
+        return;
+    const COrvelBasicCamera& start = run.mapper.cameraAnimation.front().first;
+    std::vector<Views::View>& cameras = pdfModel.shown.cameras;
+    auto view = std::ranges::find(cameras, run.facts.camera, &Views::View::name);
+    if (view == cameras.end()) {
+        view = cameras.emplace(view);
+        view->name = run.facts.camera;
+        view->fieldOfViewInDegrees = std::clamp(start.FOV(), 0.1, 170.0);
+        view->span = Views::Span::Height;
+    }
+    const auto point = [](const COrvel3DVertex& vertex) { return Eigen::Vector3d(vertex.X(), vertex.Y(), vertex.Z()); };
+    view->eye = point(start.Position());
+    view->target = point(start.LookAt());
+    view->up = point(start.CamUp());
+    pdfModel.flight = view->name;
+}
+
 void AddPlayer(const COrvelDocument& document, const AnimatedRun& run, const prc::Model::PRCModel& model,
                PdfModel& pdfModel, const WorkReporter& reporter, const ExportOptions& options)
 {
     COrvelKeyFrameManager& timeline = *COrvelKeyFrameManager::Instance();
     std::vector<COrvelSequence*> sequences;
     timeline.SequenceContainer()->ListSequences(sequences, true, false);
-    Player::PlayerScript player =
-        Player::MakePlayerScript({document, run.mapper, run.facts, model, timeline, std::move(sequences)});
+    Player::PlayerScript player = Player::MakePlayerScript(
+        {document, run.mapper, run.facts, model, timeline, std::move(sequences), options.pdf->startsPlaying});
     pdfModel.script = std::move(player.text);
     pdfModel.plays = player.moves;
     Import::ImportReport report;
@@ -256,6 +282,8 @@ std::vector<std::string> WriteScenePdf(Pdf::PdfSheet& sheet, const Import::Loade
         AddPlayer(*loaded.document, *run, model, pdfModel, reporter, options);
     pdfModel.shown.scene = MakeRenderScene(std::move(model), reporter);
     pdfModel.shown.cameras = Views::CameraViews(loaded.cameras, pdfModel.shown.scene.SupportFunction());
+    if (run && options.pdf->startsPlaying)
+        AddFlight(*run, pdfModel);
     pdfModel.shown.orientation = OrientationOf(loaded.summary, options.load.up);
     return WritePdf(sheet, std::move(pdfModel), files, options, reporter);
 }

@@ -12,9 +12,19 @@ CommandListener::CommandListener(bool beQuiet)
     , progress(beQuiet ? Progress::Visibility::Never : Progress::Visibility::OnTerminal)
 {}
 
-void CommandListener::Stage(const std::string& stage)
+void CommandListener::Stage(const std::string& begun)
 {
-    progress.SetStage(stage);
+    EndStage();
+    stage = begun;
+    stageStart = Clock::now();
+    progress.SetStage(begun);
+}
+
+void CommandListener::EndStage()
+{
+    if (!stage.empty())
+        stages.push_back({stage, std::chrono::duration<double>(Clock::now() - stageStart).count()});
+    stage.clear();
 }
 
 void CommandListener::Warning(const std::string& text)
@@ -33,6 +43,7 @@ void CommandListener::Tick(std::chrono::milliseconds sinceStart)
 
 void CommandListener::EndProgress()
 {
+    EndStage();
     progress.Hide();
 }
 

@@ -7,6 +7,7 @@
 #include "tool/cli/Console.h"
 #include "tool/cli/Errors.h"
 #include "tool/cli/ExportSummary.h"
+#include "tool/cli/ExportTimings.h"
 #include "tool/cli/InputFile.h"
 #include "tool/cli/Supervisor.h"
 #include "tool/cli/TemporaryFolder.h"
@@ -161,10 +162,14 @@ ExportSummary Export(const ExportOptions& options, const Import::LoadOptions& lo
     if (isModel)
         CheckOptionsForModel(options);
     // First: what is wrong with a template shows before the long work.
-    reporter.Stage("preparing the page");
+    if (options.pdf)
+        reporter.Stage("preparing the page");
     const auto sheet = options.pdf ? MakeSheet(options) : nullptr;
-    return isModel ? WriteModelPdf(*sheet, files, options, reporter)
-                   : ImportAndWrite(options, load, files, sheet.get(), reporter);
+    ExportSummary summary = isModel ? WriteModelPdf(*sheet, files, options, reporter)
+                                    : ImportAndWrite(options, load, files, sheet.get(), reporter);
+    if (options.timings)
+        summary.timings = TimesOfWriting();
+    return summary;
 }
 
 /// What is usual for the file, and more for the picture in a PDF.
@@ -204,6 +209,7 @@ void RunExport(const ExportOptions& options)
 {
     const Clock::time_point start = Clock::now();
     ExportSummary summary;
+    std::vector<StageTime> stages;
     bool stdoutIsTaken = false;
     {
         // From here on a signal must not end the program before what is temporary is gone.
@@ -237,12 +243,15 @@ void RunExport(const ExportOptions& options)
         if (animation)
             animation->Deliver(signals);
         summary.warnings = std::move(listener.warnings);
+        stages = std::move(listener.stages);
         stdoutIsTaken = target->IsStandardOutput();
     }
     summary.input = options.scene;
     summary.output = options.output;
     summary.outputFormat = options.pdf ? "pdf" : "prc";
     summary.seconds = std::chrono::duration<double>(Clock::now() - start).count();
+    if (options.timings)
+        summary.timings = ExportTimings(stages, summary.timings, summary.seconds);
     if (options.json || !options.quiet)
         PrintSummary(options.json ? JsonOf(summary) : TextOf(summary), options.json, stdoutIsTaken);
 }

@@ -30,9 +30,10 @@ struct ExportOptions
     int maximumTextureSize = 1024;       ///< pixels, 1 or more, of the larger side
     ExistingFile existing = ExistingFile::Replace;
     LimitOptions limits;
-    bool quiet = false;  ///< neither warnings nor progress nor the summary as text
-    bool strict = false; ///< a warning makes the export fail
-    bool json = false;   ///< the summary as JSON
+    bool quiet = false;   ///< neither warnings nor progress nor the summary as text
+    bool strict = false;  ///< a warning makes the export fail
+    bool json = false;    ///< the summary as JSON
+    bool timings = false; ///< the summary tells how long each stage took
 };
 
 } // namespace Orvel::Cli

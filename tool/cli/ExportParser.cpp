@@ -184,6 +184,7 @@ void AddExportCommand(CLI::App& program, Command& chosen)
     command.add_flag("--list", parsed->list,
                      "Write nothing, but print the names of the scene's cameras, animations, variants and materials");
     command.add_flag("--json", options.json, "Print the summary, or the list, as JSON");
+    command.add_flag("--timings", options.timings, "Tell in the summary how long each stage took");
     command.add_flag("-q,--quiet", options.quiet, "Print no summary, no warnings and no progress");
     command.add_flag("--strict", options.strict, "Fail where there would be a warning");
     AddExistingFileOption(command, options.existing);

@@ -9,6 +9,7 @@
 namespace Orvel::Cli
 {
 
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(StageTime, stage, seconds)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(ExportSummary::Triangles, stored, placed)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(ExportSummary::Texture, name, width, height, storedWidth, storedHeight)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(ExportSummary::TopGroup, name, scale, fromUp, toUp)
@@ -58,6 +59,14 @@ std::string ViewLine(const std::vector<std::string>& views)
     return LabelledLine("views", views.size() > MostViewsInText ? names + ", ..." : names);
 }
 
+std::string TimingLines(const std::vector<StageTime>& timings)
+{
+    std::string text;
+    for (const StageTime& time : timings)
+        text += LabelledLine(text.empty() ? "timings" : "", FixedText(time.seconds, 3) + " s " + time.stage);
+    return text;
+}
+
 } // namespace
 
 void to_json(nlohmann::json& json, const ExportSummary& summary)
@@ -79,6 +88,8 @@ void to_json(nlohmann::json& json, const ExportSummary& summary)
             {"warnings", summary.warnings}};
     if (summary.topGroup)
         json["topGroup"] = *summary.topGroup;
+    if (!summary.timings.empty())
+        json["timings"] = summary.timings;
 }
 
 void from_json(const nlohmann::json& json, ExportSummary& summary)
@@ -99,6 +110,7 @@ void from_json(const nlohmann::json& json, ExportSummary& summary)
     json.at("views").get_to(summary.views);
     json.at("bytes").get_to(summary.bytes);
     json.at("seconds").get_to(summary.seconds);
+    summary.timings = json.value("timings", std::vector<StageTime>());
     json.at("warnings").get_to(summary.warnings);
 }
 
@@ -114,7 +126,9 @@ std::string TextOf(const ExportSummary& summary)
     text += LabelledLine("materials", std::to_string(summary.materials));
     text += TextureLines(summary.textures);
     text += ViewLine(summary.views);
-    return summary.topGroup ? text + TopGroupLine(*summary.topGroup) : text;
+    if (summary.topGroup)
+        text += TopGroupLine(*summary.topGroup);
+    return text + TimingLines(summary.timings);
 }
 
 std::string JsonOf(const ExportSummary& summary)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tool/cli/CommandListener.h"
+
 #include <nlohmann/json.hpp>
 
 #include <cstdint>
@@ -52,6 +54,7 @@ struct ExportSummary
     std::vector<std::string> views;   ///< of a PDF, in the order of its list; empty for a PRC file
     std::uint64_t bytes = 0;          ///< size of the file
     double seconds = 0.0;             ///< from start to end
+    std::vector<StageTime> timings;   ///< see ExportTimings; no key in JSON unless they were asked for
     std::vector<std::string> warnings;
 };
 

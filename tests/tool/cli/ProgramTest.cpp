@@ -114,6 +114,7 @@ TEST_F(Program, ExportsASceneAndTellsWhatIsInIt)
     EXPECT_EQ(summary["topGroup"]["toUp"], "z");
     EXPECT_EQ(summary["bytes"], std::filesystem::file_size(folder / "out.prc"));
     EXPECT_EQ(summary["warnings"], json::array());
+    EXPECT_FALSE(summary.contains("timings"));
 
     const PRCContent content = DecodePRCFile(folder / "out.prc");
     const std::vector<PlacedMesh> meshes = PlacedMeshes(content);
@@ -122,6 +123,20 @@ TEST_F(Program, ExportsASceneAndTellsWhatIsInIt)
     EXPECT_EQ(meshes[1].place.path.back(), "right");
     const Matrix& world = meshes[1].place.world;
     EXPECT_THAT((std::vector<double>{world[3], world[7], world[11]}), ElementsAre(7000.0, -13000.0, 11000.0));
+}
+
+TEST_F(Program, TellsHowLongEachStageTook)
+{
+    const ProgramResult result = Run({"export", "triangle.gltf", "-o", "out.prc", "--json", "--timings"});
+    const json summary = json::parse(result.out);
+    std::vector<std::string> stages;
+    double sum = 0.0;
+    for (const json& timing : summary["timings"]) {
+        stages.push_back(timing["stage"]);
+        sum += timing["seconds"].get<double>();
+    }
+    EXPECT_THAT(stages, testing::ElementsAre("import", "convert", "encode", "compress", "write", "other"));
+    EXPECT_NEAR(sum, summary["seconds"].get<double>(), 1e-6);
 }
 
 TEST_F(Program, KeepsUnitsAndAxesWhenTold)

@@ -42,13 +42,18 @@ json MaterialOf(const prc::Model::Globals& globals, std::uint32_t style)
             {"specularColor", globals.colours[material.specular]}};
 }
 
-/// C2W of the view that is shown first.
-json FirstView(QPDFObjectHandle annotation)
+/// C2W of each view, by name, and of the one that is shown first under "".
+json ViewsOf(QPDFObjectHandle annotation)
 {
-    json numbers = json::array();
-    for (QPDFObjectHandle number : annotation.getKey("/3DV").getKey("/C2W").aitems())
-        numbers.push_back(number.getNumericValue());
-    return numbers;
+    json views;
+    const auto add = [&views](const std::string& name, QPDFObjectHandle view) {
+        for (QPDFObjectHandle number : view.getKey("/C2W").aitems())
+            views[name].push_back(number.getNumericValue());
+    };
+    add("", annotation.getKey("/3DV"));
+    for (QPDFObjectHandle view : annotation.getKey("/3DD").getDict().getKey("/VA").aitems())
+        add(view.getKey("/XN").getUTF8Value(), view);
+    return views;
 }
 
 json SceneOf(const prc::Model::PRCModel& model)
@@ -73,7 +78,7 @@ int main(int, char** arguments)
     QPDFObjectHandle stream = annotation.getKey("/3DD");
     const auto model = stream.getStreamData(qpdf_dl_all);
     json scene = SceneOf(prc::readPRC({model->getBuffer(), model->getSize()}));
-    scene["view"] = FirstView(annotation);
+    scene["views"] = ViewsOf(annotation);
     std::ofstream(folder + "/scene.json") << scene;
     const auto script = stream.getDict().getKey("/OnInstantiate").getStreamData(qpdf_dl_all);
     std::ofstream(folder + "/script.js") << std::string(reinterpret_cast<char*>(script->getBuffer()),

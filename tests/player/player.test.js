@@ -203,8 +203,12 @@ test("The flight begins where the picture was taken", () => {
     const engine = open();
     engine.sandbox.showFrame3D(0);
     const { x, y, z } = engine.camera.position;
-    near(player.scene.view.slice(9), [x, y, z], 2, "eye");
-    near(player.scene.view.slice(3, 6), engine.cameraUp(), 0.002, "up");
+    near(player.scene.views[""].slice(9), [x, y, z], 2, "eye");
+    near(player.scene.views[""].slice(3, 6), engine.cameraUp(), 0.002, "up");
+});
+
+test("The usual views fit what is seen: hidden nodes do not count", () => {
+    near([player.scene.views.Front[11]], [400], 1, "between the bolts and the top of the fist");
 });
 
 test("The camera can be let go of", () => {

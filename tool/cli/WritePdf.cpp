@@ -17,6 +17,7 @@
 #include "tool/pdf/DocumentInfo.h"
 #include "tool/pdf/PageDesign.h"
 #include "tool/pdf/PdfModels.h"
+#include "tool/player/FileTree.h"
 #include "tool/player/PlayerScript.h"
 #include "tool/render/Renderer.h"
 #include "tool/views/CameraViews.h"
@@ -278,8 +279,10 @@ std::vector<std::string> WriteScenePdf(Pdf::PdfSheet& sheet, const Import::Loade
     pdfModel.prc = BytesOf(file);
     prc::Model::PRCModel model = prc::readPRC(pdfModel.prc);
     pdfModel.unitInMillimetres = model.unitInMillimetres;
-    if (run)
+    if (run) {
         AddPlayer(*loaded.document, *run, model, pdfModel, reporter, options);
+        Player::SuppressHiddenGroups(*loaded.document, run->mapper, model);
+    }
     pdfModel.shown.scene = MakeRenderScene(std::move(model), reporter);
     pdfModel.shown.cameras = Views::CameraViews(loaded.cameras, pdfModel.shown.scene.SupportFunction());
     if (run && options.pdf->startsPlaying)

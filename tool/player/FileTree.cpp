@@ -1,11 +1,13 @@
 #include "tool/player/FileTree.h"
 
+#include "mapping/COrvelPRCMapper.h"
 #include "platform/core/COrvel3DObject.h"
 #include "platform/core/COrvelDocument.h"
 #include "platform/core/COrvelSceneNode.h"
 #include "platform/prcfile/PRCModel.h"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 namespace Orvel::Player
@@ -105,6 +107,7 @@ private:
         entry.name = group.name.value_or(std::string());
         entry.parent = parent;
         entry.place = place;
+        entry.occurrence = occurrence;
         entry.node = node;
         if (group.part != prc::nullIndex)
             AddMeshes(structure.parts[group.part], entry);
@@ -152,6 +155,32 @@ FileTree ReadFileTree(const COrvelDocument& document, const prc::Model::PRCModel
     const prc::Model::OccurrenceReference& root = file.roots.front();
     TreeReader(file.structures[root.structure], tree).Read(document, root.occurrence);
     return tree;
+}
+
+std::vector<std::size_t> HiddenNodes(const FileTree& tree, const COrvelPRCMapper& mapper)
+{
+    std::map<int, const COrvelSceneNode*> byNumber;
+    for (const auto& [node, number] : mapper.nodeIndices)
+        byNumber.emplace(number, node);
+    std::vector<std::size_t> hidden;
+    for (const int number : mapper.hiddenNodeIndices) {
+        const auto found = byNumber.find(number);
+        const auto position = found == byNumber.end() ? tree.positions.end() : tree.positions.find(found->second);
+        if (position != tree.positions.end() && tree.nodes[position->second].hasMeshes)
+            hidden.push_back(position->second);
+    }
+    return hidden;
+}
+
+void SuppressHiddenGroups(const COrvelDocument& document, const COrvelPRCMapper& mapper, prc::Model::PRCModel& file)
+{
+    if (mapper.hiddenNodeIndices.empty())
+        return;
+    const FileTree tree = ReadFileTree(document, file);
+    for (const std::size_t position : HiddenNodes(tree, mapper)) {
+        FileStructure& structure = file.structures[file.roots.front().structure];
+        structure.occurrences[tree.nodes[position].occurrence].isSuppressed = true;
+    }
 }
 
 } // namespace Orvel::Player

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -8,6 +9,7 @@
 namespace Orvel
 {
 class COrvelDocument;
+class COrvelPRCMapper;
 class COrvelSceneNode;
 } // namespace Orvel
 
@@ -32,6 +34,7 @@ struct FileNode
     int end = 0;                     ///< position behind the last node below this one
     bool hasMeshes = false;          ///< here or below
     int material = NoMaterial;       ///< of all meshes here and below
+    std::uint32_t occurrence = 0;    ///< position in the file structure
     COrvelSceneNode* node = nullptr; ///< of the document; null for a root that the file has added
 };
 
@@ -44,5 +47,13 @@ struct FileTree
 
 /// @param file written from the document, which is as it was then.
 [[nodiscard]] FileTree ReadFileTree(const COrvelDocument& document, const prc::Model::PRCModel& file);
+
+/// Positions in the tree of the nodes that start hidden and have meshes at or below them.
+[[nodiscard]] std::vector<std::size_t> HiddenNodes(const FileTree& tree, const COrvelPRCMapper& mapper);
+
+/// Suppresses the groups that start hidden, so that pictures of the model leave them out as a player does.
+///
+/// @param mapper filled by the export of the document that wrote the file.
+void SuppressHiddenGroups(const COrvelDocument& document, const COrvelPRCMapper& mapper, prc::Model::PRCModel& file);
 
 } // namespace Orvel::Player

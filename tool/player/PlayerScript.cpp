@@ -77,7 +77,9 @@ public:
     /// @return null when there is nothing to drive.
     ordered_json Make()
     {
-        ordered_json hidden = HiddenNodes();
+        std::vector<int> hidden;
+        for (const std::size_t position : HiddenNodes(tree, input.mapper))
+            hidden.push_back(nodes.Add(position));
         ordered_json states = States();
         AddTimeline();
         const std::vector<std::string> names = SequenceNames();
@@ -92,7 +94,7 @@ public:
                 {"autoplay", input.startsPlaying},
                 {"moves", hasMovingNodes},
                 {"nodes", nodes.Data()},
-                {"hidden", std::move(hidden)},
+                {"hidden", hidden},
                 {"uses", std::move(uses)},
                 {"looks", materials.Looks()},
                 {"states", std::move(states)},
@@ -106,21 +108,6 @@ private:
     static bool Changes(const ordered_json& clip)
     {
         return !clip["nodes"].empty() || !clip["materials"].empty() || clip.contains("camera");
-    }
-
-    ordered_json HiddenNodes()
-    {
-        std::map<int, const COrvelSceneNode*> byNumber;
-        for (const auto& [node, number] : input.mapper.nodeIndices)
-            byNumber.emplace(number, node);
-        std::vector<int> hidden;
-        for (const int number : input.mapper.hiddenNodeIndices) {
-            const auto found = byNumber.find(number);
-            const auto position = found == byNumber.end() ? tree.positions.end() : tree.positions.find(found->second);
-            if (position != tree.positions.end() && tree.nodes[position->second].hasMeshes)
-                hidden.push_back(nodes.Add(position->second));
-        }
-        return hidden;
     }
 
     ordered_json States()

@@ -76,8 +76,9 @@ int ReportingErrors(int argumentCount, const char* const* arguments)
 int RunProgram(int argumentCount, const char* const* arguments)
 {
     FillClosedStandardDescriptors();
-    // A reader of the output that goes away early is an ordinary write error.
+    // A reader of the output that goes away early, and a file that may not grow, are ordinary write errors.
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     try {
         return ReportingErrors(argumentCount, arguments);
     } catch (const Interrupted& interruption) {

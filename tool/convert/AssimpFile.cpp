@@ -1,5 +1,6 @@
 #include "tool/convert/AssimpFile.h"
 
+#include "tool/convert/CheckedFiles.h"
 #include "tool/convert/FlatMeshes.h"
 
 #include <assimp/Exporter.hpp>
@@ -13,6 +14,7 @@
 #include <fstream>
 #include <limits>
 #include <memory>
+#include <system_error>
 #include <utility>
 
 namespace Orvel::Convert
@@ -247,8 +249,13 @@ std::vector<std::string> WriteFlat(const MeshScene& scene, FlatFormat format, co
     if (format == FlatFormat::Obj)
         sideFiles = WritePictures(scene, file);
     const std::unique_ptr<aiScene> flat = FlatSceneBuilder(scene, format, report).Run(sideFiles);
+    int writeError = 0;
     Assimp::Exporter exporter;
-    if (exporter.Export(flat.get(), AssimpName(format), file.string()) != aiReturn_SUCCESS)
+    exporter.SetIOHandler(new CheckedFiles(writeError)); // is the exporter's from here on
+    const aiReturn result = exporter.Export(flat.get(), AssimpName(format), file.string());
+    if (writeError != 0)
+        throw ConvertError("the file could not be written: " + std::generic_category().message(writeError));
+    if (result != aiReturn_SUCCESS)
         throw ConvertError("the file could not be written: " + std::string(exporter.GetErrorString()));
     if (format == FlatFormat::Obj)
         sideFiles.push_back(file.stem().string() + ".mtl");

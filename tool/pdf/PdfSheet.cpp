@@ -9,11 +9,14 @@
 #include "tool/pdf/PdfTemplate.h"
 #include "tool/pdf/ViewButtons.h"
 
+#include <qpdf/Pipeline.hh>
 #include <qpdf/QPDFExc.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
-#include <qpdf/QPDFSystemError.hh>
 #include <qpdf/QPDFWriter.hh>
 
+#include <cerrno>
+#include <cstdio>
+#include <memory>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -33,6 +36,39 @@ public:
 
 namespace
 {
+
+[[noreturn]] void ThrowSystemError()
+{
+    throw std::system_error(errno, std::generic_category());
+}
+
+/// Where the writer puts the file. Its own output to files does not notice when the disk is full.
+class FilePipeline final : public Pipeline
+{
+public:
+    explicit FilePipeline(const std::filesystem::path& path)
+        : Pipeline("file", nullptr)
+        , file(std::fopen(path.c_str(), "wb"), std::fclose)
+    {
+        if (!file)
+            ThrowSystemError();
+    }
+
+    void write(const unsigned char* data, std::size_t size) override
+    {
+        if (std::fwrite(data, 1, size, file.get()) != size)
+            ThrowSystemError();
+    }
+
+    void finish() override
+    {
+        if (std::fflush(file.get()) != 0)
+            ThrowSystemError();
+    }
+
+private:
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> file;
+};
 
 QPDFObjectHandle MakeFont(const char* name)
 {
@@ -140,15 +176,15 @@ void PdfSheet::Place(const Artwork& artwork, const Poster& poster)
 void PdfSheet::Write(const std::filesystem::path& file)
 {
     try {
-        QPDFWriter writer(impl->pdf, file.c_str());
+        FilePipeline output(file);
+        QPDFWriter writer(impl->pdf);
+        writer.setOutputPipeline(&output);
         writer.setMinimumPDFVersion("1.7", 3);
         writer.setDeterministicID(true);
         writer.setNewlineBeforeEndstream(true);
         // What a template holds stays packed as it is.
         writer.setDecodeLevel(qpdf_dl_none);
         writer.write();
-    } catch (const QPDFSystemError& error) {
-        throw std::system_error(error.getErrno(), std::generic_category());
     } catch (const QPDFExc& error) {
         throw PdfError("it is damaged: " + error.getMessageDetail());
     }

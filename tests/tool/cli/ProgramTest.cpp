@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -206,6 +207,25 @@ TEST_F(Program, FailsWhenStdoutIsFull)
         EXPECT_EQ(result.exitCode, 1) << arguments[0];
         EXPECT_EQ(result.err, "orvelprc: error: cannot write to standard output: No space left on device\n");
     }
+}
+
+TEST_F(Program, FailsWhenFilesMayNotGrow)
+{
+    ASSERT_EQ(Run({"export", "quads.obj", "-o", "model.prc"}).exitCode, 0);
+    const rlimit small{200, RLIM_INFINITY};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    EXPECT_THAT(ErrorOf({"quads.obj"}), HasSubstr("File too large"));
+    EXPECT_THAT(ErrorOf({"quads.obj", "--format", "pdf"}), HasSubstr("File too large"));
+    const auto names = folder.Names();
+    for (const std::string format : {"glb", "obj", "stl", "ply"}) {
+        const ProgramResult result = Run({"convert", "model.prc", "-o", "back." + format});
+        EXPECT_EQ(result.exitCode, 1) << format;
+        EXPECT_THAT(result.err, MatchesRegex("orvelprc: error: [^\n]*written[^\n]*\n"));
+        EXPECT_EQ(folder.Names(), names);
+    }
+    const ProgramResult list = Run({"formats"});
+    EXPECT_EQ(list.exitCode, 1);
+    EXPECT_EQ(list.err, "orvelprc: error: cannot write to standard output: File too large\n");
 }
 
 TEST_F(Program, RefusesBadScenes)

@@ -19,6 +19,7 @@
 #include "tool/import/LoadDocument.h"
 #include "tool/script/ApplyScript.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdint>
@@ -177,9 +178,11 @@ WorkLimits LimitsOf(const ExportOptions& options, const InputFile& input)
 {
     WorkLimits limits = LimitsFor(options.limits, input.size);
     if (options.pdf && !options.limits.time) {
-        constexpr double SecondsForPicture = 120.0; // at 150 dots per inch
-        const double dots = options.pdf->posterDpi / 150.0;
-        limits.time += std::chrono::milliseconds(std::llround(1000.0 * SecondsForPicture * dots * dots));
+        constexpr double MicrosecondsPerPixel = 42.0; // as for a picture of `render`
+        const double dots = options.pdf->posterDpi.value_or(0.0) / 72.0;
+        const double wanted = options.pdf->sheet.width * options.pdf->sheet.height * dots * dots;
+        limits.time += std::chrono::milliseconds(
+            std::llround(std::max(wanted, MostUsualPosterPixels) * MicrosecondsPerPixel / 1000.0));
     }
     return limits;
 }

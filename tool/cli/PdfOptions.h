@@ -34,6 +34,11 @@ struct SheetOptions
     std::optional<std::string> caption; ///< nothing: how to see the model; empty: none
 };
 
+inline constexpr double UsualPosterDpi = 150.0;
+
+/// The usual resolution is lower where the picture would have more pixels: posters of some metres are seen from afar.
+inline constexpr double MostUsualPosterPixels = 12e6;
+
 /// `orvelprc export` to a PDF
 struct PdfOptions
 {
@@ -49,9 +54,9 @@ struct PdfOptions
     bool toolbar = true;
     bool modelTree = false;
     bool buttons = false;
-    bool startsPlaying = true; ///< what moves, as soon as the model is live
-    std::string description;   ///< for who cannot see the model; empty: made of the title
-    double posterDpi = 150.0;  ///< pixels of the picture per inch
+    bool startsPlaying = true;       ///< what moves, as soon as the model is live
+    std::string description;         ///< for who cannot see the model; empty: made of the title
+    std::optional<double> posterDpi; ///< pixels of the picture per inch; nothing: the usual, see MostUsualPosterPixels
 };
 
 } // namespace Orvel::Cli

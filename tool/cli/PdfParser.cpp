@@ -250,7 +250,9 @@ void AddLookOptions(CLI::App& command, PdfOptions& options)
         .add_option_function<std::string>("--description", KeepOneLine(options.description),
                                           "What the model shows, for screen readers")
         ->type_name("TEXT");
-    command.add_option("--poster-dpi", options.posterDpi, "Pixels of the picture per inch of the page (default: 150)")
+    command
+        .add_option("--poster-dpi", options.posterDpi,
+                    "Pixels of the picture per inch of the page (default: 150, fewer on pages beyond A3)")
         ->type_name("N")
         ->check(Number("a number from 10 to 1200", [](double dpi) { return dpi >= 10.0 && dpi <= 1200.0; }));
 }

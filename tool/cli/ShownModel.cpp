@@ -12,6 +12,7 @@
 #include "tool/views/CameraViews.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <utility>
@@ -28,7 +29,7 @@ prc::Model::PRCModel Exported(COrvelDocument& document, const Import::LoadOption
     options.maximumTextureSize = static_cast<int>(load.largestTextureSide.value_or(1024));
     options.output = (load.temporaryFolder / "shown.prc").string();
     static_cast<void>(WriteScene(document, nullptr, options.output, options));
-    return prc::readPRCFile(options.output);
+    return ReadBack(options.output);
 }
 
 ShownModel ReadScene(const std::string& path, const Import::LoadOptions& load, const WorkReporter& reporter)
@@ -49,14 +50,24 @@ ShownModel ReadScene(const std::string& path, const Import::LoadOptions& load, c
 
 } // namespace
 
-Render::RenderScene MakeRenderScene(prc::Model::PRCModel model, const WorkReporter& reporter)
+prc::Model::PRCModel ReadBack(const std::filesystem::path& file)
+{
+    prc::ReadLimits limits;
+    limits.unpackedBytes = limits.decodedBytes = std::uint64_t{1} << 50;
+    limits.expansion = std::uint64_t{1} << 20;
+    return prc::readPRCFile(file, limits);
+}
+
+Render::RenderScene MakeRenderScene(prc::Model::PRCModel model, const WorkReporter& reporter, bool strict)
 {
     const prc::Model::PlacedScene placed = prc::Model::placeScene(model);
     Render::BuiltRenderScene built = Render::BuildRenderScene(model, placed);
+    std::vector<std::string> warnings;
     for (const prc::Model::Finding& finding : model.findings)
-        reporter.Warning(finding.message());
+        warnings.push_back(finding.message());
     for (const std::vector<std::string>& notes : {placed.notes, built.notes})
-        SendWarnings(reporter, notes, false);
+        warnings.insert(warnings.end(), notes.begin(), notes.end());
+    SendWarnings(reporter, warnings, strict);
     return std::move(built.scene);
 }
 

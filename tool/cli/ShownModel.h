@@ -6,6 +6,7 @@
 #include "tool/render/RenderScene.h"
 #include "tool/views/StandardViews.h"
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -20,8 +21,14 @@ struct ShownModel
     Views::Orientation orientation;   ///< z up, unless the user wants a scene otherwise
 };
 
+/// Reads a PRC file that this program has written: without the limits that keep files from elsewhere small.
+[[nodiscard]] prc::Model::PRCModel ReadBack(const std::filesystem::path& file);
+
 /// What a picture shows of a model, which is freed. Warnings go to the reporter.
-[[nodiscard]] Render::RenderScene MakeRenderScene(prc::Model::PRCModel model, const WorkReporter& reporter);
+///
+/// @throws Failure when there are any and `strict` says that there must be none.
+[[nodiscard]] Render::RenderScene MakeRenderScene(prc::Model::PRCModel model, const WorkReporter& reporter,
+                                                  bool strict = false);
 
 /// Which way is up in the file that a scene is exported to, or in a file that does not say: z, unless `wanted`.
 [[nodiscard]] Views::Orientation OrientationOf(const Import::BuildSummary& built, Import::Up wanted);

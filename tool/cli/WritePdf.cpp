@@ -2,7 +2,6 @@
 
 #include "animation/COrvelKeyFrameManager.h"
 #include "animation/COrvelSequenceContainer.h"
-#include "platform/prcfile/PRCReader.h"
 #include "platform/prcfile/PRCScene.h"
 #include "tool/cli/CommandListener.h"
 #include "tool/cli/Errors.h"
@@ -26,6 +25,7 @@
 #include <cmath>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <span>
 #include <system_error>
 #include <utility>
@@ -59,9 +59,8 @@ struct ViewList
     std::size_t first = 0;
 };
 
-/// @param flight name of the view at which a flight of the camera begins, when it begins with the live model: the
-/// picture
-///               shows the same. Empty: none.
+/// @param flight the view at which a flight of the camera begins, when it begins with the live model: the picture shows
+///               the same. Empty: none.
 ViewList MakeViews(const PdfOptions& options, const ShownModel& shown, double aspect, const std::string& flight)
 {
     ViewList list;
@@ -81,7 +80,10 @@ ViewList MakeViews(const PdfOptions& options, const ShownModel& shown, double as
     const std::string& first = options.view.empty() && options.views.empty() ? flight : options.view;
     if (!first.empty()) {
         const Views::View wanted = ViewNamed(first, aspect, shown);
-        auto found = std::ranges::find(list.views, wanted.name, &Views::View::name);
+        // A camera may be called like a standard view.
+        auto found = std::ranges::find_if(list.views, [&wanted](const Views::View& view) {
+            return view.name == wanted.name && view.eye == wanted.eye && view.target == wanted.target;
+        });
         if (found == list.views.end())
             found = list.views.insert(list.views.begin(), wanted);
         list.first = static_cast<std::size_t>(found - list.views.begin());
@@ -164,10 +166,13 @@ Pdf::Artwork MakeArtwork(PdfModel& model, ViewList list, const ExportOptions& op
 }
 
 /// The picture of the view that comes first, as large as the model on the page.
-Pdf::Poster TakePoster(const PdfModel& model, const Pdf::Artwork& artwork, const Pdf::PdfSheet& sheet, double dpi)
+Pdf::Poster TakePoster(const PdfModel& model, const Pdf::Artwork& artwork, const Pdf::PdfSheet& sheet,
+                       const std::optional<double>& dpi)
 {
+    const double area = sheet.ModelWidth() * sheet.ModelHeight();
+    const double usual = std::min(UsualPosterDpi / 72.0, std::sqrt(MostUsualPosterPixels / area));
     const double longest = std::max(sheet.ModelWidth(), sheet.ModelHeight());
-    const double scale = std::min(dpi / 72.0, Render::LargestSide / longest);
+    const double scale = std::min(dpi ? *dpi / 72.0 : usual, Render::LargestSide / longest);
     const auto pixels = [scale](double points) {
         return static_cast<std::uint32_t>(std::max(1L, std::lround(points * scale)));
     };
@@ -277,13 +282,13 @@ std::vector<std::string> WriteScenePdf(Pdf::PdfSheet& sheet, const Import::Loade
     const Import::MappedFile file(files.prc);
     PdfModel pdfModel;
     pdfModel.prc = BytesOf(file);
-    prc::Model::PRCModel model = prc::readPRC(pdfModel.prc);
+    prc::Model::PRCModel model = ReadBack(files.prc);
     pdfModel.unitInMillimetres = model.unitInMillimetres;
     if (run) {
         AddPlayer(*loaded.document, *run, model, pdfModel, reporter, options);
         Player::SuppressHiddenGroups(*loaded.document, run->mapper, model);
     }
-    pdfModel.shown.scene = MakeRenderScene(std::move(model), reporter);
+    pdfModel.shown.scene = MakeRenderScene(std::move(model), reporter, options.strict);
     pdfModel.shown.cameras = Views::CameraViews(loaded.cameras, pdfModel.shown.scene.SupportFunction());
     if (run && options.pdf->startsPlaying)
         AddFlight(*run, pdfModel);
@@ -302,7 +307,7 @@ ExportSummary WriteModelPdf(Pdf::PdfSheet& sheet, const ExportFiles& files, cons
     prc::Model::PRCModel model = ReadModel(source, options.pdf->model);
     pdfModel.unitInMillimetres = model.unitInMillimetres;
     ExportSummary summary = SummaryOf(source, model);
-    pdfModel.shown.scene = MakeRenderScene(std::move(model), reporter);
+    pdfModel.shown.scene = MakeRenderScene(std::move(model), reporter, options.strict);
     pdfModel.shown.orientation = OrientationOf({}, options.load.up);
     summary.views = WritePdf(sheet, std::move(pdfModel), files, options, reporter);
     return summary;

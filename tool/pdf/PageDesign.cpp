@@ -17,7 +17,7 @@ namespace
 constexpr double TitleGrey = 0.13;
 constexpr double TextGrey = 0.4;
 constexpr double FrameGrey = 0.78;
-constexpr double FrameGap = 1.5;       ///< from the frame to the model, which would cover it
+constexpr double FrameGap = 3.0;       ///< to the model, whose picture readers round outwards to whole pixels
 constexpr double SmallestModel = 36.0; ///< half an inch
 constexpr double CapitalHeight = 0.72; ///< of the font's size
 

@@ -5,13 +5,16 @@
 #include "tool/pdf/PdfModels.h"
 #include "tool/pdf/PdfValues.h"
 
+#include <qpdf/Buffer.hh>
 #include <qpdf/QPDFAcroFormDocumentHelper.hh>
 #include <qpdf/QPDFExc.hh>
 #include <qpdf/QPDFPageDocumentHelper.hh>
 
 #include <algorithm>
 #include <fstream>
+#include <memory>
 #include <new>
+#include <string_view>
 #include <utility>
 
 namespace Orvel::Pdf
@@ -134,6 +137,16 @@ bool IsSigned(QPDF& pdf)
     return false;
 }
 
+bool SaysItIsPdfA(QPDF& pdf)
+{
+    QPDFObjectHandle metadata = pdf.getRoot().getKey("/Metadata");
+    if (!metadata.isStream())
+        return false;
+    const std::shared_ptr<Buffer> data = metadata.getStreamData(qpdf_dl_specialized);
+    const std::string_view xmp(reinterpret_cast<const char*>(data->getBuffer()), data->getSize());
+    return xmp.find("pdfaid:part") != std::string_view::npos;
+}
+
 } // namespace
 
 void OpenTemplate(QPDF& pdf, const std::filesystem::path& file)
@@ -187,6 +200,8 @@ std::vector<std::string> ReasonsAgainstChange(QPDF& pdf)
     QPDFObjectHandle form = pdf.getRoot().getKey("/AcroForm");
     if (form.isDictionary() && form.hasKey("/XFA"))
         reasons.emplace_back("the template has an XFA form: readers that show it do not show the model");
+    if (SaysItIsPdfA(pdf))
+        reasons.emplace_back("the template says that it is PDF/A, which it is not with a 3D model in most versions");
     return reasons;
 }
 

@@ -104,8 +104,12 @@ TEST_F(PdfExport, ShowsTheSceneThatAPrcFileHolds)
         constexpr std::size_t side = 142;
         return page.substr(page.size() - 3 * side * side + 3 * (y * side + x), 3);
     };
-    EXPECT_EQ(pixel(25, 70), std::string("\0\0\xFF", 3));
-    EXPECT_NE(pixel(71, 70), std::string("\0\0\xFF", 3));
+    // Scaling the picture down costs a step of the colour here and there.
+    const auto isBlue = [](const std::string& colour) {
+        return colour[0] == 0 && colour[1] == 0 && static_cast<unsigned char>(colour[2]) > 250;
+    };
+    EXPECT_TRUE(isBlue(pixel(25, 70)));
+    EXPECT_FALSE(isBlue(pixel(71, 70)));
     EXPECT_EQ(pixel(10, 70), "\xFF\xFF\xFF") << "margin";
 }
 

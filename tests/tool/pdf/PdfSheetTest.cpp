@@ -202,7 +202,7 @@ TEST_F(Sheet, LeavesOutATextThatItsFontsCannotShow)
     design.width = design.height = 200.0;
     const PageLayout layout = LayOut(design);
     EXPECT_THAT(layout.unshown, ElementsAre(design.title));
-    EXPECT_NEAR(layout.model.width, 200.0 - 2 * design.margin - 3.0, 1e-9);
+    EXPECT_NEAR(layout.model.width, 200.0 - 2 * design.margin - 6.0, 1e-9);
     EXPECT_GT(layout.model.y, design.margin + 2 * 8.0) << "two lines below the model";
     design.margin = 80.0;
     EXPECT_THROW(static_cast<void>(LayOut(design)), PdfError);
@@ -343,7 +343,7 @@ TEST_F(Template, IsRefusedWhenItHasNoPlace)
     EXPECT_EQ(PlaceErrorOf({folder / "encrypted.pdf", 1, {}, {}}), "it is encrypted");
 }
 
-TEST_F(Template, WarnsOfASignature)
+TEST_F(Template, WarnsOfWhatAChangeSpoils)
 {
     PdfBuilder builder;
     QPDFObjectHandle page = builder.AddPage();
@@ -352,9 +352,10 @@ TEST_F(Template, WarnsOfASignature)
     page.getKey("/Annots").appendItem(field);
     builder.pdf.getRoot().replaceKey("/AcroForm", QPDFObjectHandle::parse("<< /Fields [] >>"));
     builder.pdf.getRoot().getKey("/AcroForm").getKey("/Fields").appendItem(field);
+    builder.pdf.getRoot().replaceKey("/Metadata", builder.Stream("<pdfaid:part>2</pdfaid:part>"));
     builder.Write(folder / "signed.pdf");
     const PdfSheet sheet(TemplatePlace{folder / "signed.pdf", 1, {}, {}}, false);
-    EXPECT_THAT(sheet.Warnings(), ElementsAre(HasSubstr("signed")));
+    EXPECT_THAT(sheet.Warnings(), ElementsAre(HasSubstr("signed"), HasSubstr("PDF/A")));
 }
 
 } // namespace

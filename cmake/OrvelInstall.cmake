@@ -32,6 +32,7 @@ configure_file("${PROJECT_SOURCE_DIR}/cmake/orvelprcwriter.pc.in" orvelprcwriter
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/orvelprcwriter.pc"
     DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT development)
 install(FILES "${PROJECT_SOURCE_DIR}/examples/CMakeLists.txt" "${PROJECT_SOURCE_DIR}/examples/host.cpp"
+    "${PROJECT_SOURCE_DIR}/examples/assembly.cpp"
     DESTINATION "${document_dir}/examples" COMPONENT development)
 
 if(ORVEL_BUILD_TOOL)
@@ -41,10 +42,13 @@ if(ORVEL_BUILD_TOOL)
     install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
         DESTINATION "${document_dir}" COMPONENT program)
     install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" DESTINATION "${document_dir}" COMPONENT program
-        FILES_MATCHING PATTERN "*.md")
-    # The guide to batches tells how to use them.
-    install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/batch" DESTINATION "${document_dir}/examples" COMPONENT program
-        USE_SOURCE_PERMISSIONS)
+        FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
+    # The guides tell how to use them.
+    install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/batch" "${PROJECT_SOURCE_DIR}/examples/demo_scene"
+        DESTINATION "${document_dir}/examples" COMPONENT program USE_SOURCE_PERMISSIONS)
+    install(PROGRAMS "${PROJECT_SOURCE_DIR}/examples/explode-view" "${PROJECT_SOURCE_DIR}/examples/make-data-sheet"
+        "${PROJECT_SOURCE_DIR}/examples/make-demo-scene"
+        DESTINATION "${document_dir}/examples" COMPONENT program)
     set(share "${PROJECT_BINARY_DIR}/share")
     install(FILES "${share}/orvelprc.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT program)
     install(FILES "${share}/orvelprc"

@@ -1,8 +1,10 @@
 #include "tool/import/DistinctNames.h"
 
+#include "platform/core/COrvelCamera.h"
 #include "platform/core/COrvelDocument.h"
 #include "platform/core/COrvelSceneNode.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <set>
 #include <unordered_map>
@@ -33,14 +35,17 @@ std::vector<std::string> DistinctNames(std::vector<std::string> names, const std
 void GiveDistinctNodeNames(const COrvelDocument& document)
 {
     std::vector<COrvelSceneNode*> nodes;
-    std::vector<std::string> names;
     std::vector<COrvelSceneNode*> roots;
     document.ListRootSceneNodes(roots);
     for (COrvelSceneNode* const root : roots)
-        for (COrvelSceneNode* node = root; node; node = node->NextInSubtree(root)) {
+        for (COrvelSceneNode* node = root; node; node = node->NextInSubtree(root))
             nodes.push_back(node);
-            names.push_back(node->Name().toStdString());
-        }
+    // Users choose cameras by name, so that these give way to nobody else.
+    std::ranges::stable_partition(nodes,
+                                  [](COrvelSceneNode* node) { return dynamic_cast<COrvelCamera*>(node) != nullptr; });
+    std::vector<std::string> names;
+    for (const COrvelSceneNode* const node : nodes)
+        names.push_back(node->Name().toStdString());
     const std::vector<std::string> distinct = DistinctNames(names, "Node");
     for (std::size_t i = 0; i < nodes.size(); ++i)
         if (distinct[i] != names[i])

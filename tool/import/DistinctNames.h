@@ -15,8 +15,8 @@ namespace Orvel::Import
 /// that came before gets " (2)", " (3)", ... behind it.
 [[nodiscard]] std::vector<std::string> DistinctNames(std::vector<std::string> names, const std::string& kind);
 
-/// Makes the names of all nodes of a document distinct, in the order of the tree: viewers of PDF files find nodes by
-/// name.
+/// Makes the names of all nodes of a document distinct, first those of cameras, then the others in the order of the
+/// tree: viewers of PDF files find nodes by name.
 void GiveDistinctNodeNames(const COrvelDocument& document);
 
 } // namespace Orvel::Import

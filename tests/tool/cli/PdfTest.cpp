@@ -113,6 +113,13 @@ TEST_F(PdfExport, ShowsTheSceneThatAPrcFileHolds)
     EXPECT_EQ(pixel(10, 70), "\xFF\xFF\xFF") << "margin";
 }
 
+TEST_F(PdfExport, KnowsACameraByTheNameThatAMeshHasToo)
+{
+    std::string scene = WallDae;
+    WriteFile(folder / "wall.dae", scene.replace(scene.find("\"Top\""), 5, "\"wall\""));
+    EXPECT_EQ(json::parse(Run({"wall.dae", "-o", "a.pdf", "--json", "--views", "wall"}).out)["views"], json{"wall"});
+}
+
 TEST_F(PdfExport, TakesModelsThatArePrcAlready)
 {
     const std::string model = (std::filesystem::path(ORVEL_TEST_DATA) / "prc" / "b_groups.prc").string();

@@ -207,6 +207,17 @@ test("The flight begins where the picture was taken", () => {
     near(player.scene.views[""].slice(3, 6), engine.cameraUp(), 0.002, "up");
 });
 
+test("A flight close to what it looks at is as exact as one from afar", () => {
+    const { script, scene } = makePlayer("close", turners(),
+        { camera: { position: [0, -2, 0], target: [0, 0, 0], moves: [{ type: "orbit", from: 0, to: 10, angle: 90 }] } });
+    const engine = new Engine(scene).run(script);
+    for (let frame = 0; frame <= 10; frame += 1) {
+        engine.sandbox.showFrame3D(frame);
+        const { x, y, z } = engine.camera.position;
+        near([Math.hypot(x, y), z], [2, 0], 0.001, "distance at " + frame);
+    }
+});
+
 test("The usual views fit what is seen: hidden nodes do not count", () => {
     near([player.scene.views.Front[11]], [400], 1, "between the bolts and the top of the fist");
 });

@@ -37,9 +37,10 @@ void LookAtMiddle(COrvelCamera& camera, const SceneExtent& extent)
     const COrvel3DVertex position = camera.Position();
     const COrvel3DVertex direction = (camera.LookAt() - position).Normalised();
     const double distance = direction.Dot(extent.Centre() - position);
-    if (distance > 0.0)
+    constexpr double Nearest = 0.01; // of the diagonal: nearer points do not show which way the camera looks
+    if (distance > Nearest * extent.Diagonal())
         camera.SetDistanceToTarget(distance);
-    else if (extent.Diagonal() > 0.0) // the scene lies behind the camera
+    else if (extent.Diagonal() > 0.0) // the middle lies beside the camera or behind it
         camera.SetDistanceToTarget(extent.Diagonal());
 }
 

@@ -244,7 +244,7 @@ private:
         const auto& flight = input.mapper.cameraAnimation;
         if (flight.empty())
             return;
-        const double step = ShortStep(PositionTolerance * std::max(sceneSize, 1e-9) / 2.0);
+        const double step = CameraStep();
         Rows rows{CameraWidth, {}};
         for (const auto& [camera, name] : flight) {
             for (const COrvel3DVertex& point : {camera.Position(), camera.LookAt()})
@@ -257,6 +257,18 @@ private:
         ordered_json track{{"t", step}};
         WriteNumbersTrack(rows, 1.0, track);
         clip["camera"] = std::move(track);
+    }
+
+    /// What the camera is near to stands for as much of its picture as the scene does from afar.
+    double CameraStep() const
+    {
+        double size = std::max(sceneSize, 1e-9);
+        double farthest = 0.0;
+        for (const auto& [camera, name] : input.mapper.cameraAnimation) {
+            size = std::min(size, (camera.LookAt() - camera.Position()).Length());
+            farthest = std::max({farthest, camera.LookAt().Length(), camera.Position().Length()});
+        }
+        return ShortStep(std::max(PositionTolerance * size / 2.0, farthest / 1e8));
     }
 
     const PlayerInput& input;

@@ -42,7 +42,10 @@ QPDFObjectHandle ViewAction(const QPDFObjectHandle& annotation, std::size_t view
 QPDFObjectHandle ScriptAction(QPDFObjectHandle annotation, const std::string& function)
 {
     // The names of annotations that this program gives need no escapes.
-    const std::string script = "var a = this.getAnnot3D(this.pageNum, \"" + annotation.getKey("/NM").getUTF8Value() +
+    // The current page of a reader that scrolls need not be that of the button.
+    const std::string script = "var p = event.target ? event.target.page : null, a = this.getAnnot3D(typeof p === "
+                               "\"number\" ? p : this.pageNum, \"" +
+                               annotation.getKey("/NM").getUTF8Value() +
                                "\"); if (a) { if (!a.activated) a.activated = true; var c = a.context3D; if (c && c." +
                                function + ") c." + function + "(); }";
     QPDFObjectHandle action = QPDFObjectHandle::parse("<< /S /JavaScript >>");

@@ -48,15 +48,19 @@ function namesOf(children) {
     return { exact: byName, stem: byStem };
 }
 
+// The exact name first, wherever it stands: what begins with it, "Wheel.1" for "Wheel", may be another node of the file.
 function childOf(family, place, name) {
     var child = family.children[place];
-    if (child && (name === "" || isNamed(child, name))) {
+    if (child && (name === "" || child.name === name)) {
         return child;
     }
     if (!family.names) {
         family.names = namesOf(family.children);
     }
-    return family.names.exact["n" + name] || family.names.stem["n" + name] || null;
+    if (family.names.exact["n" + name]) {
+        return family.names.exact["n" + name];
+    }
+    return child && isNamed(child, name) ? child : family.names.stem["n" + name] || null;
 }
 
 // The node that stands for the file's root: viewers may put nodes of their own above it, even with its name, which then

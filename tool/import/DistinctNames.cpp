@@ -41,8 +41,8 @@ void GiveDistinctNodeNames(const COrvelDocument& document)
         for (COrvelSceneNode* node = root; node; node = node->NextInSubtree(root))
             nodes.push_back(node);
     // Users choose cameras by name, so that these give way to nobody else.
-    std::ranges::stable_partition(nodes,
-                                  [](COrvelSceneNode* node) { return dynamic_cast<COrvelCamera*>(node) != nullptr; });
+    std::stable_partition(nodes.begin(), nodes.end(),
+                          [](COrvelSceneNode* node) { return dynamic_cast<COrvelCamera*>(node) != nullptr; });
     std::vector<std::string> names;
     for (const COrvelSceneNode* const node : nodes)
         names.push_back(node->Name().toStdString());

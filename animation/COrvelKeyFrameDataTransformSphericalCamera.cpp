@@ -53,6 +53,8 @@ void COrvelKeyFrameDataTransformSphericalCamera::RestoreFromCopy(COrvelObject* c
 void* COrvelKeyFrameDataTransformSphericalCamera::DataMemberSearch(int index, int& type, COrvelString& name, bool apply)
 {
     int inherited = 0;
+    // The members of a single camera are not among those of a grid of cameras.
+    // NOLINTBEGIN(bugprone-parent-virtual-call)
     COrvelDataMembersManager::DataMemberSearch(countCommand, inherited, name, false);
     const bool hasRows = gridType != eGridType_RoundTable;
     const bool hasWrap = gridType == eGridType_Spherical;
@@ -63,6 +65,7 @@ void* COrvelKeyFrameDataTransformSphericalCamera::DataMemberSearch(int index, in
     }
     if (index < inherited)
         return COrvelDataMembersManager::DataMemberSearch(index, type, name, apply);
+    // NOLINTEND(bugprone-parent-virtual-call)
     return index < count ? GridMember(index - inherited, type, name, apply) : nullptr;
 }
 

@@ -97,6 +97,7 @@ void COrvelPRCHandler::PrepareAnimatedExport()
     }
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the parameter list is part of the contract
 bool COrvelPRCHandler::WriteDocument(COrvelDocument* document, COrvelString fileName)
 {
     if (!document)
@@ -109,6 +110,7 @@ bool COrvelPRCHandler::WriteDocument(COrvelDocument* document, COrvelString file
     return true;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the parameter list is part of the contract
 bool COrvelPRCHandler::WriteAnimatedDocument(COrvelDocument* document, COrvelString fileName,
                                              std::vector<COrvelBasicSceneState>* sceneStates)
 {

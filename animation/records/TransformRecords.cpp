@@ -52,6 +52,7 @@ bool COrvelKeyFrameDataTransformCamera::ReadFromArchive(COrvelArchiveBase& archi
 bool COrvelKeyFrameDataTransformCamera::ReadWholeCamera(COrvelArchiveBase& archive)
 {
     COrvelBasicCamera camera;
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): these files hold no record of a transform in between
     if (!COrvelKeyFrameData::ReadFromArchive(archive) || !archive.ReadWrite(descend, angleInDegrees, camera))
         return false;
     SetStoredMatrix(camera.ComputeLocalToWorld());

@@ -142,7 +142,9 @@ COrvel3DVertex COrvelBasicPath::TangentAt(double place) const
     if (atPlace.Length() > standstill)
         return atPlace.Normalised();
     // Control points that coincide stop the curve. The nearest movement counts, the one ahead before the one behind.
-    for (double step = 1.0 / 1024.0; step <= spans; step *= 2.0)
+    constexpr int shortest = -10;
+    for (int power = shortest; std::ldexp(1.0, power) <= spans; ++power) {
+        const double step = std::ldexp(1.0, power);
         for (const double other : {place + step, place - step}) {
             if (other < 0.0 || other > spans)
                 continue;
@@ -150,6 +152,7 @@ COrvel3DVertex COrvelBasicPath::TangentAt(double place) const
             if (derivative.Length() > standstill)
                 return derivative.Normalised();
         }
+    }
     return {1.0, 0.0, 0.0};
 }
 

@@ -39,7 +39,6 @@ public:
     /// The document that owns the live object; null when there is none.
     [[nodiscard]] COrvelDocument* Document() const;
 
-    // NOLINTNEXTLINE(modernize-use-nullptr): the check takes the generated comparison with 0 for one with a pointer
     [[nodiscard]] auto operator<=>(const COrvelID&) const = default;
 
     /// Type and number. What is read and cannot be the id of an entity fails.

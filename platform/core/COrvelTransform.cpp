@@ -28,6 +28,7 @@ void ListInSubtrees(const COrvelUsers<COrvelSceneNode, COrvelTransform>& tops, c
             const bool walkedBefore = node->LocalTransform() == shared && !walkedTops.insert(node).second;
             if (Node* const wanted = walkedBefore ? nullptr : dynamic_cast<Node*>(node))
                 found.push_back(wanted);
+            // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): the loop ends with the first null
             node = node->NextInSubtree(top, walkedBefore);
         }
     }

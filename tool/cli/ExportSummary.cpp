@@ -12,7 +12,7 @@ namespace Orvel::Cli
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(StageTime, stage, seconds)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(ExportSummary::Triangles, stored, placed)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(ExportSummary::Texture, name, width, height, storedWidth, storedHeight)
-NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(ExportSummary::TopGroup, name, scale, fromUp, toUp)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(TopGroupSummary, name, scale, fromUp, toUp)
 
 namespace
 {
@@ -41,7 +41,7 @@ std::string TextureLines(const std::vector<ExportSummary::Texture>& textures)
     return text;
 }
 
-std::string TopGroupLine(const ExportSummary::TopGroup& group)
+std::string TopGroupLine(const TopGroupSummary& group)
 {
     std::string effect = "lengths times " + ShortestText(group.scale);
     if (group.fromUp != group.toUp)
@@ -106,7 +106,7 @@ void from_json(const nlohmann::json& json, ExportSummary& summary)
     json.at("textures").get_to(summary.textures);
     summary.topGroup.reset();
     if (!json.at("topGroup").is_null())
-        summary.topGroup = json["topGroup"].get<ExportSummary::TopGroup>();
+        summary.topGroup = json["topGroup"].get<TopGroupSummary>();
     json.at("views").get_to(summary.views);
     json.at("bytes").get_to(summary.bytes);
     json.at("seconds").get_to(summary.seconds);

@@ -12,6 +12,15 @@
 namespace Orvel::Cli
 {
 
+/// The group at the top that brings the scene into the units and axes of the file.
+struct TopGroupSummary
+{
+    std::string name;
+    double scale = 1.0; ///< lengths are multiplied by this
+    std::string fromUp; ///< "x", "y" or "z"; empty when the axes stay
+    std::string toUp;   ///< "x", "y" or "z"; empty when the axes stay
+};
+
 /// What an export made. The fields are the keys of `orvelprc export --json`, one object on stdout; their names and
 /// meanings stay. Programs that read it pass over keys that they do not know.
 struct ExportSummary
@@ -31,15 +40,6 @@ struct ExportSummary
         std::uint32_t storedHeight = 0; ///< pixels, in the file
     };
 
-    /// The group at the top that brings the scene into the units and axes of the file.
-    struct TopGroup
-    {
-        std::string name;
-        double scale = 1.0; ///< lengths are multiplied by this
-        std::string fromUp; ///< "x", "y" or "z"; empty when the axes stay
-        std::string toUp;   ///< "x", "y" or "z"; empty when the axes stay
-    };
-
     std::string input;        ///< as given on the command line
     std::string output;       ///< as given on the command line
     std::string inputFormat;  ///< for people: "glTF 2.0"
@@ -50,11 +50,11 @@ struct ExportSummary
     Triangles triangles;
     std::uint64_t materials = 0;
     std::vector<Texture> textures;
-    std::optional<TopGroup> topGroup; ///< null in JSON when there is none
-    std::vector<std::string> views;   ///< of a PDF, in the order of its list; empty for a PRC file
-    std::uint64_t bytes = 0;          ///< size of the file
-    double seconds = 0.0;             ///< from start to end
-    std::vector<StageTime> timings;   ///< see ExportTimings; no key in JSON unless they were asked for
+    std::optional<TopGroupSummary> topGroup; ///< null in JSON when there is none
+    std::vector<std::string> views;          ///< of a PDF, in the order of its list; empty for a PRC file
+    std::uint64_t bytes = 0;                 ///< size of the file
+    double seconds = 0.0;                    ///< from start to end
+    std::vector<StageTime> timings;          ///< see ExportTimings; no key in JSON unless they were asked for
     std::vector<std::string> warnings;
 };
 

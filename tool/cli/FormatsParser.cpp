@@ -4,7 +4,6 @@
 #include <CLI/CLI.hpp>
 
 #include <memory>
-#include <utility>
 
 namespace Orvel::Cli
 {
@@ -24,7 +23,7 @@ void AddFormatsCommand(CLI::App& program, Command& chosen)
     CLI::App& command = *program.add_subcommand("formats", "List what can be read and written")->group("Commands");
     command.footer(FormatsExamples);
     command.add_flag("--json", options->json, "Print the list as JSON");
-    command.callback([options, &chosen] { chosen = std::move(*options); });
+    command.callback([options, &chosen] { chosen = *options; });
 }
 
 } // namespace Orvel::Cli

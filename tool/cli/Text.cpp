@@ -37,12 +37,13 @@ using NumberBuffer = std::array<char, 512>;
 std::string OneLine(std::string_view text)
 {
     // Cut first: whoever sends megabytes gets no more than a prefix looked at. A UTF-16 unit takes at most 3 bytes.
-    QString line = QString::fromUtf8(text.substr(0, 3 * LongestText).data(),
-                                     static_cast<int>(std::min<std::size_t>(text.size(), 3 * LongestText)));
+    constexpr std::size_t LongestBytes = std::size_t{3} * LongestText;
+    QString line =
+        QString::fromUtf8(text.substr(0, LongestBytes).data(), static_cast<int>(std::min(text.size(), LongestBytes)));
     for (QChar& unit : line)
         unit = SafeUnit(unit);
     line = line.trimmed();
-    if (line.size() > LongestText || text.size() > 3 * LongestText)
+    if (line.size() > LongestText || text.size() > LongestBytes)
         line = line.left(LongestText) + QStringLiteral("...");
     return line.toStdString();
 }

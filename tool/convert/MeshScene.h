@@ -53,7 +53,6 @@ struct Material
     std::uint32_t picture = None; ///< position in MeshScene::pictures
     std::array<Wrap, 2> wrap{};   ///< along u and v
 
-    // NOLINTNEXTLINE(modernize-use-nullptr): the check takes the generated comparison with 0 for one with a pointer
     auto operator<=>(const Material&) const = default;
 };
 

@@ -44,6 +44,7 @@ void GiveDistinctNodeNames(const COrvelDocument& document)
     std::stable_partition(nodes.begin(), nodes.end(),
                           [](COrvelSceneNode* node) { return dynamic_cast<COrvelCamera*>(node) != nullptr; });
     std::vector<std::string> names;
+    names.reserve(nodes.size());
     for (const COrvelSceneNode* const node : nodes)
         names.push_back(node->Name().toStdString());
     const std::vector<std::string> distinct = DistinctNames(names, "Node");

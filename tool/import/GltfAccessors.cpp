@@ -209,7 +209,9 @@ std::vector<std::uint32_t> GltfAccessors::Indices(int accessor)
     if (elements.data != nullptr)
         WithComponentType(source.componentType, [&](auto component) {
             using Component = decltype(component);
+            // A negative index becomes one that is too large, and is refused as such.
             for (std::size_t i = 0; i < elements.count; ++i)
+                // NOLINTNEXTLINE(bugprone-signed-char-misuse)
                 indices[i] = static_cast<std::uint32_t>(Load<Component>(elements.data + i * elements.stride));
         });
     return indices;
@@ -273,6 +275,7 @@ void GltfAccessors::ApplySparse(int accessor, int components, const Choice& choi
         WithComponentType(sparse.indices.componentType, [&](auto index) {
             using Place = decltype(index);
             for (std::size_t i = 0; i < count; ++i) {
+                // NOLINTNEXTLINE(bugprone-signed-char-misuse): a negative place is out of range as well
                 const auto place = static_cast<std::size_t>(Load<Place>(places.data + i * places.stride));
                 if (place >= source.count)
                     Refuse(accessor, "has a sparse index out of range");

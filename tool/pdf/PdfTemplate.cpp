@@ -86,7 +86,7 @@ bool RemoveFrom(QPDFObjectHandle array, const QPDFObjectHandle& object)
 }
 
 /// Takes a widget out of the form, and with it every field above that has nothing left.
-void RemoveWidget(QPDF& pdf, QPDFObjectHandle page, const QPDFObjectHandle& widget)
+void RemoveWidget(QPDF& pdf, const QPDFObjectHandle& page, const QPDFObjectHandle& widget)
 {
     RemoveAnnotations(page, [&widget](const QPDFObjectHandle& other) { return widget.isSameObjectAs(other); });
     QPDFObjectHandle form = pdf.getRoot().getKey("/AcroForm");
@@ -186,8 +186,8 @@ FoundPlace TakePlace(QPDF& pdf, const TemplatePlace& place)
         RemoveWidget(pdf, pages[page].getObjectHandle(), chosen.widget);
     }
     const PageFrame frame(pages[page]);
-    const FoundPlace found{pages[page].getObjectHandle(),
-                           rectangle.value_or(Rectangle{0.0, 0.0, frame.Width(), frame.Height()})};
+    FoundPlace found{pages[page].getObjectHandle(),
+                     rectangle.value_or(Rectangle{0.0, 0.0, frame.Width(), frame.Height()})};
     CheckRectangle(found.rectangle, frame);
     return found;
 }

@@ -96,7 +96,8 @@ std::vector<std::string> Wrapped(const std::string& text, Face face, double size
     std::istringstream words(text);
     std::string line;
     for (std::string word; words >> word;) {
-        const std::string longer = line.empty() ? word : line + " " + word;
+        std::string longer = line;
+        longer.append(line.empty() ? "" : " ").append(word);
         if (!line.empty() && TextWidth(longer, face, size) > width) {
             lines.push_back(line);
             line = word;

@@ -71,7 +71,7 @@ PlacedWidget ChosenWidget(QPDF& pdf, const TemplatePlace& place, const std::vect
     }
     if (widgets.size() > 1)
         throw PdfError("the form field '" + place.field + "' stands at several places (page " + PageList(widgets) +
-                       "): a page or a rectangle chooses");
+                       "): name the page, or the place itself by a rectangle without the field");
     return widgets.front();
 }
 

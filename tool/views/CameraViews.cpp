@@ -22,8 +22,14 @@ Eigen::Vector3d ToEigen(const COrvel3DVertex& vertex)
 
 double DistanceToMiddle(const View& view, const Eigen::Vector3d& forward, const Support& shape)
 {
+    const double depth = shape(forward) + shape(-forward);
     const double middle = (shape(forward) - shape(-forward)) / 2.0 - forward.dot(view.eye);
-    return std::isfinite(middle) && middle > 0.0 ? middle : 1.0;
+    if (!std::isfinite(depth) || !std::isfinite(middle))
+        return 1.0;
+    // A middle beside or behind the eye is no point to turn around: one as far away as the shape is deep stands in.
+    constexpr double Nearest = 0.01; // of the depth
+    const double fallback = depth > 0.0 ? depth : 1.0;
+    return middle > Nearest * fallback ? middle : fallback;
 }
 
 View ViewOf(const Import::DocumentCamera& camera, const Support& shape)

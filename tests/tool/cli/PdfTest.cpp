@@ -95,6 +95,8 @@ TEST_F(PdfExport, ShowsTheSceneThatAPrcFileHolds)
     EXPECT_EQ(front.getKey("/XN").getUTF8Value(), "Front");
     // The shape is 2 wide and 3 deep: the eye stands before its middle.
     EXPECT_THAT(front.getKey("/C2W").unparse(), MatchesRegex("\\[ -1 0 0 0 0 1 0 1 0 1 -[0-9.]+ 1.5 \\]"));
+    // The camera looks down from the wall's lower edge; what it turns around is as far away as the wall is high.
+    EXPECT_EQ(annotation.getKey("/3DD").getDict().getKey("/VA").getArrayItem(1).getKey("/CO").getNumericValue(), 3.0);
 
     // The wall fills the middle of the picture, and the blue behind it the rest of the frame.
     ASSERT_EQ(std::system(("pdftoppm -r 36 -singlefile " + (folder / "wall.pdf") + " " + (folder / "page")).c_str()),
